@@ -97,6 +97,8 @@ Utf8Character DecodeUtf8(std::string_view utf8) {
     if ((byte & 0xC0) != 0x80) return {kMalformed, 1};
     character = (character << 6) | (byte & 0x3F);
   }
+  constexpr char32_t kLeast[] = {0x80, 0x800, 0x10000};  // of two, three and four bytes
+  if (character < kLeast[length - 2]) return {kMalformed, 1};
   return {character, length};
 }
 

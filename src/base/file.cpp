@@ -1,12 +1,12 @@
 #include "base/file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -94,13 +94,37 @@ class DiskFile : public File {
     if (::ftruncate(descriptor_, CheckedCast<off_t>(size)) != 0) ThrowFile("Не удалось записать"_ru, path_, errno);
   }
 
-  bool TryLock() override {
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return true;
-    if (errno == EWOULDBLOCK) return false;
+  // The lock belongs to this open file, not to the program as with F_SETLK: closing another
+  // descriptor of the same file does not lose it.
+  bool TryLock(LockRange range, LockKind kind) override {
+    struct flock lock = FlockOf(range, kind == LockKind::kShared ? F_RDLCK : F_WRLCK);
+    if (::fcntl(descriptor_, F_OFD_SETLK, &lock) == 0) return true;
+    if (errno == EAGAIN || errno == EACCES) return false;
+    // A file system without locks cannot have a writer either: reading is safe.
+    if (kind == LockKind::kShared && (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS)) return true;
     ThrowFile("Не удалось занять"_ru, path_, errno);
   }
 
+  void Unlock(LockRange range) noexcept override {
+    struct flock lock = FlockOf(range, F_UNLCK);
+    ::fcntl(descriptor_, F_OFD_SETLK, &lock);
+  }
+
+  bool IsLocked(LockRange range) const override {
+    struct flock lock = FlockOf(range, F_WRLCK);
+    return ::fcntl(descriptor_, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+  }
+
  private:
+  static struct flock FlockOf(LockRange range, short type) {
+    struct flock lock {};  // the process must be 0 for locks of open files
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = static_cast<off_t>(range.first);
+    lock.l_len = static_cast<off_t>(range.count);
+    return lock;
+  }
+
   int descriptor_;
   std::string path_;
 };
@@ -160,6 +184,11 @@ void DiskFileSystem::SyncFolderOf(const std::string& path) {
   if (result != 0 && code != EINVAL && code != EROFS) ThrowFile("Не удалось записать папку"_ru, folder, code);
 }
 
+std::string DiskFileSystem::RealPath(const std::string& path) const {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+  return real == nullptr ? path : real.get();
+}
+
 void MemoryFile::ReadAt(std::uint64_t offset, MutableBytes to) const {
   if (offset > content_.size() || to.size() > content_.size() - offset) ThrowShort("");
   std::memcpy(to.data(), content_.data() + offset, to.size());
@@ -173,8 +202,6 @@ void MemoryFile::WriteAt(std::uint64_t offset, Bytes from) {
 }
 
 void MemoryFile::Truncate(std::uint64_t size) { content_.resize(size); }
-
-bool MemoryFile::TryLock() { return !std::exchange(locked_, true); }
 
 std::string ReadWholeFile(FileSystem& files, const std::string& path, std::uint64_t limit) {
   const std::unique_ptr<File> file = files.Open(path, OpenMode::kRead);
@@ -193,10 +220,10 @@ void ReplaceWholeFile(FileSystem& files, const std::string& path, std::string_vi
     const std::unique_ptr<File> file = files.Open(temporary, OpenMode::kCreate);
     file->WriteAt(0, AsBytes(content));
     file->Sync();
+    files.Rename(temporary, path);
   } catch (const FileError&) {
     if (files.Exists(temporary)) files.Remove(temporary);
     throw;
   }
-  files.Rename(temporary, path);
   files.SyncFolderOf(path);
 }

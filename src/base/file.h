@@ -7,6 +7,15 @@
 
 #include "base/bytes.h"
 
+enum class LockKind { kShared, kExclusive };
+
+/// Bytes that stand for something that programs share. They need not exist: what lies far behind
+/// the end of a file hinders nobody who reads or writes it.
+struct LockRange {
+  std::uint64_t first = 0;
+  std::uint64_t count = 0;  // 0 = all from `first` on
+};
+
 /// One open file. Every method that can fail throws FileError.
 class File {
  public:
@@ -19,9 +28,13 @@ class File {
   /// Returns when all that was written is on the medium.
   virtual void Sync() = 0;
   virtual void Truncate(std::uint64_t size) = 0;
-  /// Takes the advisory lock of the one writer; it lasts until the file is closed.
-  /// @return false when another program, or another open file of this one, holds it
-  virtual bool TryLock() = 0;
+  /// Takes an advisory lock, or changes the kind of one that this open file holds. It lasts until
+  /// Unlock or until the file is closed. An exclusive lock wants a file opened for writing.
+  /// @return false when another program, or another open file of this one, stands in the way
+  virtual bool TryLock(LockRange range, LockKind kind) = 0;
+  virtual void Unlock(LockRange range) noexcept = 0;
+  /// Does anyone else hold a lock there, of either kind?
+  virtual bool IsLocked(LockRange range) const = 0;
 };
 
 enum class OpenMode {
@@ -43,6 +56,9 @@ class FileSystem {
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   /// Makes creations, removals and renames in the folder of `path` durable.
   virtual void SyncFolderOf(const std::string& path) = 0;
+  /// The name behind symbolic links, one and the same for all who open the file; `path` itself when
+  /// there is no such file.
+  virtual std::string RealPath(const std::string& path) const { return path; }
 };
 
 class DiskFileSystem : public FileSystem {
@@ -52,6 +68,7 @@ class DiskFileSystem : public FileSystem {
   void Remove(const std::string& path) override;
   void Rename(const std::string& from, const std::string& to) override;
   void SyncFolderOf(const std::string& path) override;
+  std::string RealPath(const std::string& path) const override;
 };
 
 /// A file in memory, for tests and for bytes that never touch the disk.
@@ -66,11 +83,13 @@ class MemoryFile : public File {
   void WriteAt(std::uint64_t offset, Bytes from) override;
   void Sync() override {}
   void Truncate(std::uint64_t size) override;
-  bool TryLock() override;
+  // Nobody else can have it open.
+  bool TryLock(LockRange, LockKind) override { return true; }
+  void Unlock(LockRange) noexcept override {}
+  bool IsLocked(LockRange) const override { return false; }
 
  private:
   std::string content_;
-  bool locked_ = false;
 };
 
 /// Reads a whole file. @throws FileError, also when it is larger than `limit` bytes

@@ -23,7 +23,7 @@ struct Decoded {
   std::size_t length;  // bytes of UTF-8
 };
 
-consteval Decoded DecodeUtf8(const char* text) {
+constexpr Decoded DecodeUtf8(const char* text) {
   const auto at = [text](std::size_t i) { return static_cast<char32_t>(static_cast<unsigned char>(text[i])); };
   if (at(0) < 0x80) return {at(0), 1};
   if (at(0) < 0xE0) return {((at(0) & 0x1F) << 6) | (at(1) & 0x3F), 2};
@@ -32,7 +32,7 @@ consteval Decoded DecodeUtf8(const char* text) {
 }
 
 template <Utf8 kSource>
-consteval std::size_t Length() {
+constexpr std::size_t Length() {
   std::size_t length = 0;
   for (std::size_t i = 0; i + 1 < sizeof(kSource.text); i += DecodeUtf8(kSource.text + i).length) ++length;
   return length;
