@@ -15,7 +15,7 @@ double LenientNumber(std::string_view text);
 /// LenientNumber cut toward zero. @throws Error 6 outside 32 bits
 std::int32_t LenientLong(std::string_view text);
 
-/// Strict conversion: the whole text must be a number (decimal comma, exponent, &H, &O, outer blanks
+/// Strict conversion: the whole text must be a number (decimal comma, exponent, &H, &O, outer white space
 /// allowed), rounded half to even. @throws ConversionError 13 when it is none, Error 6 out of range
 double StrictNumber(std::string_view text);
 std::int16_t StrictInteger(std::string_view text);
@@ -27,7 +27,7 @@ std::int32_t RoundHalfEven(double number);
 
 /// At least `digits` digits with leading zeros; the sign stands before them.
 std::string Padded(std::int64_t number, int digits);
-/// A number as text: shortest decimal that reads back equal, decimal point; no exponent below 1e15.
+/// A number as text: shortest decimal that reads back equal, decimal point; no exponent from 1e-15 to 1e15.
 std::string NumberText(double number);
 
 }  // namespace text

@@ -45,7 +45,7 @@ std::string ReplaceAll(std::string text, std::span<const Replacement> replacemen
 std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
 /// A piece of a split text. @throws Error 9 when there is none of that 0-based number
 std::string_view Piece(std::span<const std::string_view> pieces, std::size_t index);
-/// @throws Error 9 when there are no pieces
-std::string_view LastPiece(std::span<const std::string_view> pieces);
+/// The last piece of a text, split or not; the others are not made. @throws Error 9 for an empty text
+std::string_view LastPiece(std::string_view text, std::string_view separator);
 
 }  // namespace text
