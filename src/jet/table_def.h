@@ -28,6 +28,11 @@ struct Column {
   bool fixed = false;                // decided by a flag, not by the type
   bool autonumber = false;
   bool compress = false;                  // Jet 4: text may be stored compressed
+  bool hyperlink = false;                 // a Memo that holds a link
+  std::uint16_t ordinal = 0;              // place for display; gaps and repetitions occur
+  std::uint16_t collation = 0;            // language of the sort order
+  std::uint8_t collation_version = 0;     // Jet 4
+  std::uint16_t code_page = 0;            // Jet 3
   std::uint8_t precision = 0, scale = 0;  // Numeric only
   RowId owned_map, free_map;              // long-value columns: their usage maps; page 0 = none
 };
@@ -64,7 +69,7 @@ struct TableDef {
   bool system = false;
   std::uint16_t max_columns = 0;       // column numbers ever given out; new rows store it
   std::uint16_t variable_columns = 0;  // deleted ones included; new rows store so many offsets
-  std::vector<Column> columns;         // in the order of column numbers
+  std::vector<Column> columns;         // in the order of display
   std::vector<RealIndex> real_indexes;
   std::vector<LogicalIndex> logical_indexes;
   RowId owned_map, free_map;

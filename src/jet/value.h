@@ -25,6 +25,7 @@ enum class ColumnType : std::uint8_t {
   kMemo = 0x0C,
   kGuid = 0x0F,
   kNumeric = 0x10,
+  kLongBinary = 0x11,  // bytes in the row, up to a page of them; Jet 4, only in system tables
 };
 
 /// Bytes without a meaning of their own: Binary and OLE columns.

@@ -1,0 +1,86 @@
+#include "jet/catalog.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "base/cp1251.h"
+#include "base/error.h"
+#include "base/ru_literal.h"
+
+namespace jet {
+namespace {
+
+const Column& Require(const TableDef& def, std::string_view name) {
+  const Column* const column = def.FindColumn(name);
+  if (column == nullptr) throw FormatError("В системной таблице нет нужного столбца"_ru, def.page);
+  return *column;
+}
+
+std::string Text(const Row& row, const Column& column) {
+  std::string text;
+  row.AppendText(column, text);
+  return text;
+}
+
+// Numbers in the catalog stand big-endian in binary columns.
+std::uint32_t BigEndian(Bytes bytes) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 0; i < std::min<std::size_t>(bytes.size(), 4); ++i) value = (value << 8) | LoadU8(bytes, i);
+  return value;
+}
+
+const CatalogTable* FindIn(const std::vector<CatalogTable>& tables, std::string_view name) {
+  for (const CatalogTable& table : tables)
+    if (cp1251::EqualIgnoringCase(table.name, name)) return &table;
+  return nullptr;
+}
+
+}  // namespace
+
+const CatalogTable* Catalog::FindTable(std::string_view name) const {
+  const CatalogTable* const own = FindIn(user_tables, name);
+  return own != nullptr ? own : FindIn(system_tables, name);
+}
+
+Catalog ReadCatalog(const Table& objects) {
+  const TableDef& def = objects.def();
+  const Column &id = Require(def, "Id"), &name = Require(def, "Name"), &type = Require(def, "Type"),
+               &flags_column = Require(def, "Flags");
+  Catalog catalog;
+  for (TableCursor cursor = objects.Scan(); cursor.Next();) {
+    const Row& row = cursor.row();
+    const int kind = row.Int(type);
+    if (kind != object_type::kTable && kind != object_type::kQuery) continue;
+    std::string stored_name;
+    row.ReadStored(name, stored_name);
+    const auto flags = static_cast<std::uint32_t>(row.Int(flags_column));
+    if (kind == object_type::kQuery) {
+      catalog.queries.push_back({Text(row, name), std::move(stored_name), row.Int(id), flags});
+      continue;
+    }
+    const bool system = (flags & (kSystemObject | kHiddenSystemObject)) != 0;
+    (system ? catalog.system_tables : catalog.user_tables)
+        .push_back({Text(row, name), std::move(stored_name), static_cast<std::uint32_t>(row.Int(id)), flags, system});
+  }
+  return catalog;
+}
+
+std::vector<QueryRow> ReadQueryRows(const Table& queries, std::int32_t id) {
+  const TableDef& def = queries.def();
+  const Column &object = Require(def, "ObjectId"), &attribute = Require(def, "Attribute"),
+               &order = Require(def, "Order"), &flag = Require(def, "Flag"), &name1 = Require(def, "Name1"),
+               &name2 = Require(def, "Name2"), &expression = Require(def, "Expression");
+  std::vector<QueryRow> rows;
+  for (TableCursor cursor = queries.Scan(); cursor.Next();) {
+    const Row& row = cursor.row();
+    if (row.Int(object) != id) continue;
+    rows.push_back({row.Int(attribute), BigEndian(row.Stored(order)), row.Int(flag), Text(row, name1), Text(row, name2),
+                    Text(row, expression)});
+  }
+  std::stable_sort(rows.begin(), rows.end(), [](const QueryRow& a, const QueryRow& b) {
+    return std::tie(a.attribute, a.order) < std::tie(b.attribute, b.order);
+  });
+  return rows;
+}
+
+}  // namespace jet

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "jet/layout.h"
+#include "jet/row.h"
+#include "jet/table_def.h"
+#include "jet/value.h"
+
+namespace jet {
+
+/// A row's key in one index, without the row's address; none when it holds text that the engine
+/// knows no key of.
+std::optional<std::string> KeyOfRow(Version version, const TableDef& def, const RealIndex& index, const Row& row);
+
+/// Are all columns of the key null? An index that ignores nulls has no entry for such a row.
+bool AllKeyColumnsNull(const TableDef& def, const RealIndex& index, const Row& row);
+
+/// The key, or its beginning, of rows with these values in the index's first columns; none as above.
+/// @throws ConversionError for a value that a column cannot hold
+std::optional<std::string> KeyOfValues(Version version, const TableDef& def, const RealIndex& index,
+                                       std::span<const Value> values);
+
+}  // namespace jet

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "base/bytes.h"
+#include "jet/page_file.h"
+#include "jet/table_def.h"
+
+namespace jet {
+
+/// A set of pages, kept as a row of bits or as a row of references to pages of bits.
+class UsageMap {
+ public:
+  /// The empty set when `where` has page 0.
+  UsageMap(const PageFile& file, RowId where);
+
+  /// The first page of the set that is not before `from`. It need not exist: whoever reads it
+  /// learns that.
+  std::optional<std::uint32_t> NextFrom(std::uint32_t from);
+  bool Contains(std::uint32_t page) { return NextFrom(page) == page; }
+
+ private:
+  std::optional<std::uint32_t> NextInline(std::uint64_t from) const;
+  std::optional<std::uint32_t> NextByReference(std::uint64_t from);
+
+  const PageFile* file_;
+  Page page_;    // holds row_
+  Bytes row_;    // empty = the empty set
+  Page bitmap_;  // the bitmap page looked at last
+};
+
+}  // namespace jet
