@@ -1,0 +1,16 @@
+#include "sql/row_source.h"
+
+#include <algorithm>
+
+#include "base/cp1251.h"
+
+namespace sql {
+
+std::optional<std::size_t> FindField(const std::vector<Field>& fields, std::string_view name) {
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [name](const Field& field) { return cp1251::EqualIgnoringCase(field.name, name); });
+  if (found == fields.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - fields.begin());
+}
+
+}  // namespace sql
