@@ -1,0 +1,66 @@
+#include "store/message_base.h"
+
+#include <utility>
+#include <vector>
+
+#include "base/cat.h"
+#include "base/cp1251.h"
+#include "base/error.h"
+#include "base/ru_literal.h"
+#include "config/forum_list.h"
+#include "config/paths.h"
+
+namespace {
+
+[[noreturn]] void ThrowMissing(std::string_view what) {
+  throw Error(error_number::kNoSuchObject, Cat("В файле нет того, из чего состоит база сообщений: "_ru, what));
+}
+
+}  // namespace
+
+void MessageBase::OpenBase(const std::string& path) {
+  open_ = std::make_unique<OpenFile>(jet::Database::Open(files_, paths::Resolve(path), jet::Access::kRead), clock_);
+  path_ = path;
+  RequireBaseObjects();
+  FindForum();
+}
+
+sql::Connection& MessageBase::connection() {
+  if (open_ == nullptr) throw Error(error_number::kBaseNotOpen, "База не открыта"_ru);
+  return open_->connection;
+}
+
+jet::Database& MessageBase::database() {
+  connection();
+  return open_->database;
+}
+
+std::string MessageBase::Caption() const {
+  if (forum_kind_.empty()) return {};
+  return Cat(forum_name_, " (", cp1251::FromUtf8(path_), ")");
+}
+
+void MessageBase::RequireBaseObjects() {
+  for (const std::string_view query : {"БазаЗапрос"_ru, "БазаИндекс"_ru})
+    if (!open_->connection.HasQuery(query)) ThrowMissing(Cat("запроса "_ru, query));
+  if (!open_->connection.HasTable("База"_ru)) ThrowMissing("таблицы База"_ru);
+}
+
+void MessageBase::FindForum() {
+  host_.clear();
+  title_suffix_.clear();
+  forum_kind_.clear();
+  forum_name_.clear();
+  forum_ = forum_list::kUnknown;
+  const std::vector<std::string> forums = forum_list::ReadForumList(ini_);
+  forum_ = forum_list::ForumOfFile(forums, path_);
+  if (forum_ == forum_list::kUnknown) return;
+  forum_kind_ = forums[forum_];
+  host_ = ini_.ReadForumIni(forum_kind_, "DOMAIN");
+  forum_name_ = ini_.ReadForumIni(forum_kind_, "name");
+  title_suffix_ = Cat(" - ", forum_name_);
+}
+
+std::string OpenFailureText(const std::string& path) {
+  return Cat("Ошибка при загрузке "_ru, cp1251::FromUtf8(path), "\r\nПожалуйста, выберите другой файл..."_ru);
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "base/clock.h"
+#include "base/file.h"
+#include "config/mdl_AZ.h"
+#include "jet/database.h"
+#include "sql/connection.h"
+
+/// The message base that is open, and the forum that it belongs to.
+class MessageBase {
+ public:
+  /// All three outlive this object.
+  MessageBase(FileSystem& files, const Clock& clock, const mdl_AZ::ForumIni& ini)
+      : files_(files), clock_(clock), ini_(ini) {}
+
+  /// Makes a file the open base and finds its forum by its name. A file that cannot be opened leaves
+  /// the base before it open. One that opens but lacks a table or query of a base has taken its place
+  /// already; the forum stays that of the base before it. Kept so: a user who sees the failure chooses
+  /// again, and old installations behaved the same.
+  /// @param path  the file system's own bytes
+  /// @throws Error
+  void OpenBase(const std::string& path);
+
+  bool IsOpen() const { return open_ != nullptr; }
+  /// For statements on the base. @throws Error 91 when none is open
+  sql::Connection& connection();
+  jet::Database& database();
+
+  /// As given to OpenBase; empty when none is open.
+  const std::string& path() const { return path_; }
+  /// The place in the forum list, forum_list::kUnknown when the file's name tells no forum.
+  std::size_t forum() const { return forum_; }
+  /// The forum's code, its ForumKind; empty when unknown.
+  const std::string& forum_kind() const { return forum_kind_; }
+  const std::string& forum_name() const { return forum_name_; }
+  /// The forum's host.
+  const std::string& host() const { return host_; }
+  /// " - " and the forum's name; empty when unknown.
+  const std::string& title_suffix() const { return title_suffix_; }
+  /// What the main window is called now; empty when the last file opened is of no known forum: the
+  /// window then keeps what it was called.
+  std::string Caption() const;
+
+ private:
+  struct OpenFile {
+    OpenFile(jet::Database opened, const Clock& clock) : database(std::move(opened)), connection(database, clock) {}
+    jet::Database database;
+    sql::Connection connection;
+  };
+
+  void RequireBaseObjects();
+  void FindForum();
+
+  FileSystem& files_;
+  const Clock& clock_;
+  const mdl_AZ::ForumIni& ini_;
+  std::unique_ptr<OpenFile> open_;
+  std::string path_;
+  std::size_t forum_ = 0;
+  std::string forum_kind_, forum_name_, host_, title_suffix_;
+};
+
+/// The text of the box that tells that a base could not be opened.
+std::string OpenFailureText(const std::string& path);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "base/ole_date.h"
+
+/// One message between a page parser and the base.
+struct MessageRecord {
+  std::int32_t Код = 0;     // 1..9'999'999; 0 is never a message
+  std::int32_t Вответ = 0;  // the message answered; 0 = starts a thread
+  std::string Тема, Автор, АвторMail;
+  std::optional<OleDate> Дата;  // none when the page's date cannot be read
+  std::string Текст;            // HTML fragments, line breaks as "<br>" and "<p>"
+  std::string Картинка;         // file name without folder and extension
+};
