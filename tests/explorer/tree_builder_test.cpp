@@ -1,0 +1,274 @@
+#include "explorer/tree_builder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "base/ru_literal.h"
+#include "row_list.h"
+#include "support/fixed_clock.h"
+#include "tree_text.h"
+
+namespace {
+
+using cp1251::ToUtf8;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using user_settings::OpenThreads;
+using user_settings::TreeSettings;
+
+constexpr OleDate kNow{37330.5};  // 2002-03-15 12:00
+constexpr double kHour = 1.0 / 24;
+
+OleDate Ago(double hours) { return {kNow.days - hours * kHour}; }
+
+struct Told : TreeTrouble {
+  void Tell(std::string_view text) override { texts.emplace_back(ToUtf8(text)); }
+  std::vector<std::string> texts;
+};
+
+struct Heard : Progress {
+  bool Advance(int percent) override {
+    percents.push_back(percent);
+    return percent < stop_at;
+  }
+  int stop_at = 101;
+  std::vector<int> percents;
+};
+
+struct Result : BuiltTree {
+  std::vector<std::string> troubles;
+  std::string Tree() const { return TreeText(tree); }
+};
+
+Result Build(std::vector<ListRow> list, const TreeSettings& settings) {
+  RowList rows(std::move(list));
+  Told told;
+  NoProgress progress;
+  BuiltTree built = BuildTree(rows, settings, FixedClock(kNow), progress, told);
+  return {std::move(built), told.texts};
+}
+
+TEST(TreeStatement, AsksForWhatTheTreeNeeds) {
+  const struct {
+    TreeSettings settings;
+    std::string want;
+  } cases[] = {
+      {{}, "SELECT Код, Вответ, Тема, Дата from БазаИндекс where Дата>now()-30 order by Код"},
+      {{.LoadDays = 3000}, "SELECT Код, Вответ, Тема, Дата from БазаИндекс order by Код"},
+      {{.LoadDays = 0, .BuildTreeByAuthor = true},
+       "SELECT Код, Вответ, Тема, Дата, Автор from БазаИндекс where Дата>now()-0 order by Код"},
+      {{.LoadDays = 3000, .show_author = true}, "SELECT Код, Вответ, Тема, Дата, Автор from БазаИндекс order by Код"},
+      {{.LoadDays = 3000, .BuildTreeByDate = true, .show_date = true},
+       "SELECT Код, Вответ, Тема, Дата from БазаИндекс order by Код"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ToUtf8(TreeStatement(c.settings)), c.want);
+}
+
+TEST(TreeBuilder, AnEmptyRangeLeavesTheTreeEmpty) {
+  const Result built = Build({}, {});
+  EXPECT_EQ(built.Tree(), "");
+  EXPECT_EQ(
+      ToUtf8(built.status),
+      "В заданном промежутке дат не найдено ни одного сообщения. Пожалуйста, нажмите кнопку АРХИВ и выберите большее "
+      "количество дней");
+}
+
+TEST(TreeBuilder, PutsTheNewestThreadOnTopAndRepliesInOrder) {
+  const Result built = Build({{1, 0}, {2, 1}, {3, 0}, {4, 1}, {5, 2}, {6, 3}}, {});
+  EXPECT_EQ(built.Tree(),
+            "Цепочка\n"
+            "  C0000003\n"
+            "    C0000006 +\n"
+            "  C0000001\n"
+            "    C0000002 +\n"
+            "      C0000005 +\n"
+            "    C0000004 +\n"
+            "Хлам\nДата\nАвтор\nРезультаты\n");
+  EXPECT_EQ(ToUtf8(built.status), "Загрузил 6 сообщений, из них несогласованных -0");
+  EXPECT_THAT(built.troubles, IsEmpty());
+}
+
+TEST(TreeBuilder, CollectsRepliesWhoseParentIsNotThere) {
+  const Result built = Build(
+      {
+          {10, 3},           // the parent is absent
+          {11, 10},          // attaches to a broken one
+          {12, 12},          // answers itself
+          {13, 14},          // the parent comes later
+          {14, 0},           //
+          {15, -5},          // no message has such a number
+          {12'345'678, 14},  // more digits than a key was made for
+      },
+      {});
+  EXPECT_EQ(built.Tree(),
+            "Цепочка\n"
+            "  C0000014\n"
+            "    C12345678 +\n"
+            "Хлам\n"
+            "  C0000010 +\n"
+            "    C0000011 +\n"
+            "  C0000012 +\n"
+            "  C0000013 +\n"
+            "  C0000015 +\n"
+            "Дата\nАвтор\nРезультаты\n");
+  EXPECT_EQ(ToUtf8(built.status), "Загрузил 7 сообщений, из них несогласованных -4");
+  EXPECT_EQ(built.tree.Image(built.tree.Find(NodeKind::kThreadMessage, 10)), NodeImage::kBrokenReply);
+  EXPECT_EQ(built.tree.Image(built.tree.Find(NodeKind::kThreadMessage, 11)), NodeImage::kReply);
+  EXPECT_EQ(built.tree.ThreadStart(built.tree.Find(NodeKind::kThreadMessage, 11)), kNoNode);
+}
+
+TEST(TreeBuilder, MarksAThreadAtItsStartWhenItHoldsANewMessage) {
+  const struct {
+    const char* what;
+    std::optional<OleDate> date;
+    bool is_new;
+  } cases[] = {
+      {"47 hours", Ago(47), true},       {"a second short of 48 hours", Ago(48 - kHour / 150), true},
+      {"48 hours", Ago(48), false},      {"a year", Ago(24 * 365), false},
+      {"in the future", Ago(-24), true}, {"no date", std::nullopt, false},
+  };
+  for (const auto& c : cases) {
+    const Result built = Build({{1, 0, "t", "a", Ago(1000)}, {2, 1, "t", "a", c.date}}, {});
+    const NodeTree& tree = built.tree;
+    EXPECT_EQ(tree.Image(tree.Find(NodeKind::kThreadMessage, 1)),
+              c.is_new ? NodeImage::kNewMessage : NodeImage::kThreadStart)
+        << c.what;
+    EXPECT_EQ(tree.Image(tree.Find(NodeKind::kThreadMessage, 2)), NodeImage::kReply) << c.what;
+  }
+}
+
+TEST(TreeBuilder, TwoDaysAreTwoDaysHoweverTheFractionWasRounded) {
+  const double two_days_ago = kNow.days - 2;
+  for (const double date : {std::nextafter(two_days_ago, 0), two_days_ago, std::nextafter(two_days_ago, kNow.days)}) {
+    const Result built = Build({{1, 0, "t", "a", OleDate{date}}}, {});
+    EXPECT_EQ(built.tree.Image(built.tree.Find(NodeKind::kThreadMessage, 1)), NodeImage::kThreadStart);
+  }
+}
+
+TEST(TreeBuilder, OpensTheThreadsThatWereChosen) {
+  const struct {
+    OpenThreads open;
+    bool old_thread, new_thread;
+  } cases[] = {{OpenThreads::kAll, true, true}, {OpenThreads::kNew, false, true}, {OpenThreads::kNo, false, false}};
+  for (const auto& c : cases) {
+    const Result built = Build({{1, 0, "t", "a", Ago(1000)}, {2, 0, "t", "a", Ago(1000)}, {3, 2, "t", "a", Ago(1)}},
+                               {.open_threads = c.open});
+    const NodeTree& tree = built.tree;
+    EXPECT_EQ(tree.Expanded(tree.Find(NodeKind::kThreadMessage, 1)), c.old_thread);
+    EXPECT_EQ(tree.Expanded(tree.Find(NodeKind::kThreadMessage, 2)), c.new_thread);
+    EXPECT_TRUE(tree.Expanded(tree.Find(NodeKind::kThreadMessage, 3))) << "an opened thread shows every level";
+  }
+}
+
+TEST(TreeBuilder, ANewMessageMarksNothingOutsideItsThread) {
+  const Result built = Build({{2, 1, "t", "a", Ago(1)}},
+                             {.BuildTreeByDate = true, .BuildTreeByAuthor = true, .open_threads = OpenThreads::kNew});
+  EXPECT_EQ(built.Tree(),
+            "Цепочка\nХлам\n  C0000002 +\nДата\n  Y2002\n    Y2002M3\n      Y2002M3Z15\n        D0000002\n"
+            "Автор\n  Wa\n    A0000002\nРезультаты\n");
+}
+
+TEST(TreeBuilder, GroupsByDateAndByAuthor) {
+  constexpr std::string_view ivan_in_blanks = " Иван "_ru, ivan_loud = "ИВАН"_ru, yana = "Яна"_ru;
+  const TreeSettings settings{.BuildTreeByThread = false, .BuildTreeByDate = true, .BuildTreeByAuthor = true};
+  const Result built = Build(
+      {
+          {1, 0, "t", yana, OleDate{37330.25}},
+          {2, 0, "t", ivan_in_blanks, OleDate{37330.75}},
+          {3, 0, "t", ivan_loud, OleDate{36995.5}},
+          {4, 0, "t", "", OleDate{37310}},
+          {5, 0, "t", "   ", std::nullopt},
+          {6, 9, "t", yana, OleDate{37330.9999999}},  // the last half second belongs to the next day
+      },
+      settings);
+  EXPECT_EQ(built.Tree(),
+            "Цепочка\nХлам\nДата\n"
+            "  Y2002\n"
+            "    Y2002M3\n"
+            "      Y2002M3Z15\n        D0000001\n        D0000002\n"
+            "      Y2002M3Z16\n        D0000006\n"
+            "    Y2002M2\n"
+            "      Y2002M2Z23\n        D0000004\n"
+            "  Y2001\n"
+            "    Y2001M4\n"
+            "      Y2001M4Z14\n        D0000003\n"
+            "Автор\n"
+            "  W(...пусто...)\n    A0000004\n    A0000005\n"
+            "  WИВАН\n    A0000003\n"
+            "  WИван\n    A0000002\n"
+            "  WЯна\n    A0000001\n    A0000006\n"
+            "Результаты\n");
+  EXPECT_EQ(ToUtf8(built.status), "Загрузил 6 сообщений, из них несогласованных -0");
+  const auto text_of = [&](NodeKind kind, int number) {
+    return ToUtf8(built.tree.Text(built.tree.Find(kind, number)));
+  };
+  EXPECT_EQ(text_of(NodeKind::kYear, 2002), "2002 год");
+  EXPECT_EQ(text_of(NodeKind::kMonth, 200203), "Март");
+  EXPECT_EQ(text_of(NodeKind::kDay, 20020315), "15");
+}
+
+TEST(TreeBuilder, BuildsNoGroupingThatIsOff) {
+  const Result built = Build({{1, 0, "t", "a", kNow}}, {.BuildTreeByThread = false});
+  EXPECT_EQ(built.Tree(), "Цепочка\nХлам\nДата\nАвтор\nРезультаты\n");
+}
+
+TEST(TreeBuilder, ComposesNodeTexts) {
+  const struct {
+    ListRow row;
+    bool author, date;
+    std::string want;
+  } cases[] = {
+      {{1, 0, "Курс"_ru, "Иван"_ru, kNow}, false, false, "Курс"},
+      {{1, 0, "Курс"_ru, "Иван"_ru, kNow}, true, false, "Курс - Иван"},
+      {{1, 0, "Курс"_ru, "Иван"_ru, kNow}, true, true, "Курс - Иван - 15.03.02"},
+      {{1, 0, "Курс"_ru, "Иван"_ru, kNow}, false, true, "Курс - 15.03.02"},
+      {{1, 0, "", "  ", std::nullopt}, true, true, " - (...пусто...) - "},
+      {{1, 0, "", "", OleDate{0}}, false, true, " - 30.12.99"},
+  };
+  for (const auto& c : cases) {
+    const Result built = Build({c.row}, {.show_author = c.author, .show_date = c.date});
+    EXPECT_EQ(ToUtf8(built.tree.Text(built.tree.Find(NodeKind::kThreadMessage, 1))), c.want);
+  }
+}
+
+TEST(TreeBuilder, TellsWhatIsWrongWithARowAndGoesOn) {
+  const Result built = Build(
+      {
+          {1, 0},
+          {1, 0},                            // the same number again
+          {RowList::kUnreadable, 0},         //
+          {2, 1, "t", "a", OleDate{1e300}},  // no date at all
+          {3, 2, "t", "a", OleDate{37330}},
+      },
+      {.BuildTreeByDate = true, .show_date = true});
+  EXPECT_EQ(built.Tree(),
+            "Цепочка\n  C0000001 *\n    C0000002 +\n      C0000003 +\nХлам\n"
+            "Дата\n  Y2002\n    Y2002M3\n      Y2002M3Z15\n        D0000003\nАвтор\nРезультаты\n");
+  EXPECT_THAT(built.troubles,
+              ElementsAre("35602\r\nТакой узел уже есть", "3421\r\nunreadable", "13\r\nТакой даты не бывает"));
+}
+
+TEST(TreeBuilder, ReportsEveryTwentiethRowAndStopsWhenAsked) {
+  std::vector<ListRow> list;
+  for (int i = 1; i <= 90; ++i) list.push_back({.Код = i});
+  const struct {
+    int stop_at;
+    std::vector<int> percents;
+    std::string status;
+  } cases[] = {{101, {22, 44, 66, 88}, "Загрузил 90 сообщений, из них несогласованных -0"},
+               {40, {22, 44}, "Загрузил 40 сообщений, из них несогласованных -0"}};
+  for (const auto& c : cases) {
+    RowList rows(list);
+    Heard heard;
+    heard.stop_at = c.stop_at;
+    Told told;
+    const BuiltTree built = BuildTree(rows, {}, FixedClock(kNow), heard, told);
+    EXPECT_EQ(heard.percents, c.percents);
+    EXPECT_EQ(ToUtf8(built.status), c.status);
+    EXPECT_EQ(built.tree.ChildCount(built.tree.Find(NodeKind::kThreads)), static_cast<std::size_t>(built.messages));
+  }
+}
+
+}  // namespace
