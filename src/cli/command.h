@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <ostream>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/error.h"
+#include "base/file.h"
+
+/// The parts of kdvbase. Everything printed, and every literal here, is UTF-8; errors carry
+/// Windows-1251 as everywhere.
+namespace cli {
+
+inline constexpr int kDone = 0, kFailed = 1, kMisused = 2;  // exit status
+
+/// The words do not make a command; kMisused.
+class UsageError : public Error {
+ public:
+  explicit UsageError(std::string_view what) : Error(error_number::kBadArgument, what) {}
+};
+
+struct Option {
+  std::string_view name;  // with its two dashes
+  bool takes_value = false;
+};
+
+/// The words behind a command's name, checked against what it takes.
+class Arguments {
+ public:
+  const std::string& operator[](std::size_t position) const { return words_[position]; }
+  std::size_t size() const { return words_.size(); }
+  bool Has(std::string_view option) const { return options_.find(option) != options_.end(); }
+  std::optional<std::string> Value(std::string_view option) const;
+
+ private:
+  friend class ArgumentReader;
+  std::vector<std::string> words_;
+  std::map<std::string, std::string, std::less<>> options_;
+};
+
+/// What commands work with.
+struct Context {
+  std::ostream& out;
+  FileSystem& files;
+  const Clock& clock;
+};
+
+struct Command {
+  std::string_view name;
+  std::string_view usage;    // what follows the name
+  std::string_view summary;  // one line
+  std::size_t least_words = 1, most_words = 1;
+  std::span<const Option> options;
+  void (*run)(const Arguments& arguments, Context& context) = nullptr;
+};
+
+/// "--name value", "--name=value"; behind "--" all words stand for themselves. --data-dir is known to
+/// every command. @throws UsageError
+Arguments ReadArguments(const Command& command, std::span<const std::string> words);
+
+// Each file commands_*.cpp contributes its own.
+std::span<const Command> BaseCommands();  // commands_base.cpp
+std::span<const Command> RowCommands();   // commands_rows.cpp
+std::span<const Command> TreeCommands();  // commands_tree.cpp
+
+}  // namespace cli
