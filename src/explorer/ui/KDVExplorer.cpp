@@ -1,0 +1,243 @@
+#include "explorer/ui/KDVExplorer.h"
+
+#include <utility>
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QVBoxLayout>
+
+#include "base/cat.h"
+#include "base/error.h"
+#include "base/ru_literal.h"
+#include "config/user_settings.h"
+#include "explorer/base_rows.h"
+#include "explorer/ui/tree_expansion.h"
+#include "store/message_rows.h"
+#include "text/numbers.h"
+#include "ui/busy.h"
+#include "ui/icons.h"
+#include "ui/text.h"
+
+namespace {
+
+constexpr QSize kSmallestSize(467, 533);  // pixels
+constexpr QSize kFirstSize(960, 720);
+constexpr double kTreePercent = 70;  // of the height, at the start
+
+const QString kNothingOpen = QStringLiteral(
+    "Чтобы читать сообщения, откройте базу: нажмите кнопку «Открыть» (Ctrl+O) и выберите форум и файл базы.");
+
+}  // namespace
+
+KDVExplorer::KDVExplorer(const ExplorerNeeds& needs) : needs_(needs), base_(needs.files, needs.clock, needs.ini) {
+  setObjectName(QStringLiteral("KDVExplorer"));
+  setWindowIcon(ProgramIcon());
+  setMinimumSize(kSmallestSize);
+  resize(kFirstSize);
+  AddControls();
+  AddTreeMenu();
+  ConnectControls();
+  Form_Load();
+}
+
+void KDVExplorer::AddControls() {
+  tBar_ = new ToolBar(this);
+  addToolBar(tBar_);
+  statBarTop_ = new StatusPanels(QStringLiteral("statBarTop"), 1, this);
+  statBarTop_->setAccessibleName(QStringLiteral("Открытая база"));
+
+  model_ = new TreeModel(this);
+  tree_ = Named<MessageTree>("tree", this);
+  tree_->setAccessibleName(QStringLiteral("Дерево сообщений"));
+  tree_->setModel(model_);
+  new TreeExpansion(tree_, model_);  // the tree's child from here on
+  pane_ = new MessagePane(this);
+  imgSplitter_ = Named<PercentSplitter>("imgSplitter", this);
+  imgSplitter_->SetPanes(tree_, pane_);
+
+  auto* content = new QWidget(this);
+  auto* column = new QVBoxLayout(content);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(statBarTop_);
+  column->addWidget(imgSplitter_, 1);
+  setCentralWidget(content);
+  tree_->setFocus();
+
+  StatBar_ = new StatusPanels(QStringLiteral("StatBar"), 1, this);
+  StatBar_->setAccessibleName(QStringLiteral("Состояние"));
+  Progress_ = Named<QProgressBar>("Progress", this);
+  Progress_->setAccessibleName(QStringLiteral("Ход работы"));
+  Progress_->setMaximumWidth(160);
+  StatBar_->addPermanentWidget(Progress_);
+  setStatusBar(StatBar_);
+}
+
+void KDVExplorer::AddTreeMenu() {
+  tree_menu_ = new QMenu(this);
+  const auto add = [this](const char* name, IconName icon, const QString& text) {
+    QAction* entry = tree_menu_->addAction(Icon(icon), text);
+    entry->setObjectName(QString::fromLatin1(name));
+    entry->setEnabled(false);
+  };
+  add("mnuDelete", IconName::kDelete, QStringLiteral("Удалить сообщение"));
+  add("mnuDeleteThread", IconName::kDeleteThread, QStringLiteral("Удалить вместе с ответами"));
+}
+
+void KDVExplorer::ConnectControls() {
+  connect(tBar_, &ToolBar::ButtonClick, this, &KDVExplorer::tBar_ButtonClick);
+  connect(tree_, &MessageTree::NodeChosen, this, &KDVExplorer::tree_NodeClick);
+  connect(tree_, &MessageTree::MenuWanted, this,
+          [this](const QModelIndex&, const QPoint& place) { tree_menu_->popup(place); });
+  connect(pane_->body, &MessageBody::LinkChosen, this, [this](const QUrl& target) { needs_.windows.OpenLink(target); });
+}
+
+void KDVExplorer::Form_Load() {
+  first_activation_ = true;
+  tBar_->SetBaseOpen(false);
+  imgSplitter_->SetPercent(kTreePercent);
+  Progress_->hide();
+  tree_->SetEmptyText(kNothingOpen);
+  SetCaption(ProgramName());
+  SetTextSize(text::LenientNumber(user_settings::SettingsForOpening(needs_.settings).TextFontSize));
+}
+
+void KDVExplorer::LoadLater(std::string path) { pending_load_ = std::move(path); }
+
+void KDVExplorer::LoadInsteadOfDialog(std::string path) {
+  first_activation_ = false;
+  LoadLater(std::move(path));
+}
+
+bool KDVExplorer::event(QEvent* event) {
+  // Queued, so that the window stands on the screen before a dialog or a load holds it up.
+  if (event->type() == QEvent::WindowActivate)
+    QMetaObject::invokeMethod(this, &KDVExplorer::Form_Activate, Qt::QueuedConnection);
+  return QMainWindow::event(event);
+}
+
+void KDVExplorer::closeEvent(QCloseEvent* event) {
+  closing_ = true;
+  QMainWindow::closeEvent(event);
+}
+
+void KDVExplorer::Form_Activate() {
+  if (busy_ || closing_) return;
+  if (pending_load_) LoadPendingBase();
+  if (!std::exchange(first_activation_, false)) return;
+  ShowOpenDialog(false);
+}
+
+void KDVExplorer::LoadPendingBase() {
+  const BusyMark busy(busy_);
+  // A tree built after a failure would put its own status in the place of the reason.
+  if (OpenBase(*pending_load_)) BuildTreeOfBase();
+  pending_load_.reset();
+}
+
+// Not every desktop activates the window again when a dialog over it closes.
+void KDVExplorer::ShowOpenDialog(bool days_in_focus) {
+  needs_.windows.OpenBaseDialog(*this, days_in_focus);
+  Form_Activate();
+}
+
+bool KDVExplorer::OpenBase(const std::string& path) {
+  try {
+    base_.OpenBase(path);
+  } catch (const Error& error) {
+    needs_.dialogs.Tell(this, FromCp1251(OpenFailureText(path)));
+    SetCaption(ProgramName());
+    SetStatus(FromCp1251(error.what()));
+    // The file may have taken the open base's place although it is none: a tree left of the base
+    // before would name messages that are not in it.
+    if (base_.path() == path) ClearTree();
+    return false;
+  }
+  tBar_->SetBaseOpen(true);
+  QCoreApplication::processEvents();
+  const std::string caption = base_.Caption();
+  if (!caption.empty()) SetCaption(FromCp1251(caption));
+  return true;
+}
+
+void KDVExplorer::SR() {
+  if (busy_ || !base_.IsOpen()) return;
+  const BusyMark busy(busy_);
+  BuildTreeOfBase();
+}
+
+void KDVExplorer::BuildTreeOfBase() {
+  const Hourglass hourglass;
+  ClearTree();
+  Progress_->setValue(0);
+  Progress_->show();
+  try {
+    const auto settings = user_settings::ToTreeSettings(user_settings::SettingsForOpening(needs_.settings));
+    BaseRows rows(base_.connection(), settings);
+    BuiltTree built = BuildTree(rows, settings, needs_.clock, *this, *this);
+    const NodeId threads = built.tree.Find(NodeKind::kThreads);
+    if (threads != kNoNode) built.tree.SetExpanded(threads, true);  // or the window would show five lines
+    model_->SetTree(std::move(built.tree));
+    tree_->SetEmptyText(FromCp1251(built.status));
+    SetStatus(FromCp1251(built.status));
+  } catch (const Error& error) {
+    Tell(Cat(error.number(), "\r\n", error.what()));
+  }
+  Progress_->hide();
+}
+
+void KDVExplorer::ClearTree() {
+  model_->SetTree(NodeTree());
+  pane_->Clear();
+  tree_->SetEmptyText({});
+}
+
+bool KDVExplorer::Advance(int percent) {
+  if (percent != Progress_->value()) {
+    Progress_->setValue(percent);
+    QCoreApplication::processEvents();
+  }
+  return !closing_;
+}
+
+void KDVExplorer::Tell(std::string_view trouble) { needs_.dialogs.Tell(this, FromCp1251(trouble)); }
+
+void KDVExplorer::tBar_ButtonClick(const QString& tag, bool archive) {
+  if (busy_) return;
+  switch (text::LenientLong(ToCp1251(tag))) {
+    case 1: return ShowOpenDialog(archive);
+    case 2: return needs_.windows.Download(*this);
+    case 4: return needs_.windows.About(*this);
+    case 5: return SR();
+    case 7: return needs_.windows.Properties(*this);
+    default: return;
+  }
+}
+
+void KDVExplorer::tree_NodeClick(const QModelIndex& index) {
+  if (busy_) return;
+  try {
+    const MessageView view = ViewOfNode(model_->NodeOf(index));
+    pane_->Show(view);
+    if (view.status) SetStatus(FromCp1251(*view.status));
+    msgKod_ = view.message.value_or(msgKod_);
+  } catch (const Error& error) {
+    Tell(error.what());
+  }
+}
+
+MessageView KDVExplorer::ViewOfNode(NodeId node) {
+  const NodeTree& nodes = model_->Tree();
+  if (!IsMessage(nodes.Kind(node))) return ViewOfGroup(nodes, node);
+  const std::int32_t number = nodes.Number(node);
+  const std::optional<MessageRecord> message = ReadMessage(base_.connection(), number);
+  return message ? ViewOfMessage(*message) : ViewOfMissingMessage(number);
+}
+
+void KDVExplorer::SetStatus(const QString& text) { StatBar_->SetPanel(1, text); }
+
+void KDVExplorer::SetCaption(const QString& caption) {
+  setWindowTitle(caption);
+  statBarTop_->SetPanel(1, caption);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QWidget>
+
+#include "explorer/message_view.h"
+#include "explorer/ui/message_body.h"
+
+/// The lower pane of the main window: the header fields of a message, to be selected and copied, and
+/// its body.
+class MessagePane : public QWidget {
+  Q_OBJECT
+ public:
+  explicit MessagePane(QWidget* parent = nullptr);
+  void Show(const MessageView& view);
+  void Clear() { Show({}); }
+
+  MessageBody* body;
+
+ private:
+  QLineEdit* AddField(const char* name, const QString& accessible_name);
+  void LayOut();
+
+  QLineEdit *txtSubj_, *txtData_, *txtAuthor_, *txtAuthorMail_;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "base/progress.h"
+#include "explorer/row_list.h"
+#include "explorer/tree_builder.h"
+#include "support/fixed_clock.h"
+
+/// All three groupings of some messages of 15 March 2002, seen on that day.
+inline NodeTree TreeOf(std::vector<ListRow> list, user_settings::OpenThreads open = user_settings::OpenThreads::kNo) {
+  struct : TreeTrouble {
+    void Tell(std::string_view) override {}
+  } trouble;
+  for (ListRow& row : list) row.Дата = OleDate{37330.25};
+  RowList rows(std::move(list));
+  NoProgress progress;
+  const user_settings::TreeSettings settings{.BuildTreeByDate = true, .BuildTreeByAuthor = true, .open_threads = open};
+  return BuildTree(rows, settings, FixedClock(OleDate{37330.5}), progress, trouble).tree;
+}
