@@ -96,21 +96,26 @@ std::string_view TrimTrailingBreaks(std::string_view text) {
 std::string TranslateChars(std::string_view text, std::string_view from, std::string_view to,
                            text::LetterCase letter_case) {
   if (from.empty()) return {};
-  const auto key = [&](char c) { return Index(letter_case == text::LetterCase::kExact ? c : cp1251::Fold(c)); };
+  const auto key = [&](std::size_t byte) {
+    const char character = static_cast<char>(byte);
+    return Index(letter_case == text::LetterCase::kExact ? character : cp1251::Fold(character));
+  };
   constexpr std::size_t kUnchanged = std::string_view::npos;
   std::array<std::size_t, 256> place;
   place.fill(kUnchanged);
-  for (std::size_t i = from.size(); i > 0; --i) place[key(from[i - 1])] = i - 1;  // the first one wins
+  for (std::size_t i = from.size(); i > 0; --i) place[key(Index(from[i - 1]))] = i - 1;  // the first one wins
 
-  std::string translated;
-  translated.reserve(text.size());
-  for (const char character : text) {
-    const std::size_t at = place[key(character)];
-    if (at == kUnchanged)
-      translated += character;
-    else if (!to.empty())
-      translated += to[std::min(at, to.size() - 1)];
+  std::string translated(text);
+  if (to.empty()) {
+    std::erase_if(translated, [&](char character) { return place[key(Index(character))] != kUnchanged; });
+    return translated;
   }
+  std::array<char, 256> target;
+  for (std::size_t byte = 0; byte < target.size(); ++byte) {
+    const std::size_t at = place[key(byte)];
+    target[byte] = at == kUnchanged ? static_cast<char>(byte) : to[std::min(at, to.size() - 1)];
+  }
+  for (char& character : translated) character = target[Index(character)];
   return translated;
 }
 

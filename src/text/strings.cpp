@@ -18,18 +18,20 @@ constexpr std::size_t kAbsent = std::string_view::npos;
 constexpr std::string_view kCommonestFirst =
     " оеаинтсрлвкмдпуязыьгбчйeatinrsol<>=\"dcphmfbugyhw/.,-жшхюцщфэё\r\nkv0123456789:;&zxjq?!"_ru;
 
-constexpr std::array<std::uint8_t, 256> MakeCommonness() {
+// For both cases of a letter.
+std::array<std::uint8_t, 256> MakeCommonness() {
   std::array<std::uint8_t, 256> commonness{};
-  for (std::size_t i = kCommonestFirst.size(); i > 0; --i)
-    commonness[static_cast<std::uint8_t>(kCommonestFirst[i - 1])] =
-        static_cast<std::uint8_t>(kCommonestFirst.size() + 1 - i);
+  for (std::size_t byte = 0; byte < commonness.size(); ++byte) {
+    const std::size_t rank = kCommonestFirst.find(cp1251::Fold(static_cast<char>(byte)));
+    if (rank != kAbsent) commonness[byte] = static_cast<std::uint8_t>(kCommonestFirst.size() - rank);
+  }
   return commonness;
 }
 
-constexpr std::array<std::uint8_t, 256> kCommonness = MakeCommonness();
+const std::array<std::uint8_t, 256> kCommonness = MakeCommonness();
 
 std::size_t RarestByte(std::string_view needle) {
-  const auto commonness = [](char c) { return kCommonness[static_cast<std::uint8_t>(cp1251::Fold(c))]; };
+  const auto commonness = [](char c) { return kCommonness[static_cast<std::uint8_t>(c)]; };
   const auto rarest =
       std::min_element(needle.begin(), needle.end(), [&](char a, char b) { return commonness(a) < commonness(b); });
   return static_cast<std::size_t>(rarest - needle.begin());
@@ -43,7 +45,7 @@ const char* FindByte(const char* from, const char* end, char byte) {
 // looking for the other up to the end at every hit would make a loop of searches quadratic.
 const char* FindEither(const char* from, const char* end, char a, char b) {
   if (a == b) return FindByte(from, end, a);
-  constexpr std::ptrdiff_t kFirstBlock = 64, kLargestBlock = 4096;
+  constexpr std::ptrdiff_t kFirstBlock = 256, kLargestBlock = 4096;
   for (std::ptrdiff_t block = kFirstBlock; from < end; block = std::min(2 * block, kLargestBlock)) {
     const char* const limit = end - from < block ? end : from + block;
     const char* const first_a = FindByte(from, limit, a);
@@ -70,8 +72,21 @@ std::size_t FindIgnoringCase(std::string_view text, std::string_view needle, std
 }
 
 std::size_t FindFrom(std::string_view text, std::string_view needle, std::size_t from, LetterCase letter_case) {
-  if (needle.size() > text.size() || from > text.size() - needle.size()) return kAbsent;
+  if (needle.empty() || needle.size() > text.size() || from > text.size() - needle.size()) return kAbsent;
   return letter_case == LetterCase::kExact ? text.find(needle, from) : FindIgnoringCase(text, needle, from);
+}
+
+// Replaces the occurrence at `hit` and all behind it.
+std::string ReplaceFrom(std::size_t hit, std::string_view text, std::string_view needle, std::string_view by,
+                        LetterCase letter_case) {
+  std::string replaced;
+  replaced.reserve(text.size());
+  std::size_t kept = 0;
+  for (; hit != kAbsent; hit = FindFrom(text, needle, kept, letter_case)) {
+    replaced.append(text, kept, hit - kept).append(by);
+    kept = hit + needle.size();
+  }
+  return replaced.append(text, kept);
 }
 
 [[noreturn]] void ThrowNoPiece() { throw Error(error_number::kNoSuchItem, "Нет элемента с таким номером"_ru); }
@@ -106,22 +121,14 @@ std::string_view Mid(std::string_view text, std::size_t start, std::size_t count
 }
 
 std::string ReplaceAll(std::string_view text, std::string_view needle, std::string_view by, LetterCase letter_case) {
-  std::string replaced;
-  if (needle.empty()) return replaced.assign(text);
-  std::size_t kept = 0;
-  for (;;) {
-    const std::size_t hit = FindFrom(text, needle, kept, letter_case);
-    if (hit == kAbsent) break;
-    if (replaced.empty()) replaced.reserve(text.size());
-    replaced.append(text, kept, hit - kept).append(by);
-    kept = hit + needle.size();
-  }
-  return replaced.append(text, kept);
+  return ReplaceFrom(FindFrom(text, needle, 0, letter_case), text, needle, by, letter_case);
 }
 
 std::string ReplaceAll(std::string text, std::span<const Replacement> replacements, LetterCase letter_case) {
-  for (const auto& [needle, by] : replacements)
-    if (FindFrom(text, needle, 0, letter_case) != kAbsent) text = ReplaceAll(text, needle, by, letter_case);
+  for (const auto& [needle, by] : replacements) {
+    const std::size_t hit = FindFrom(text, needle, 0, letter_case);
+    if (hit != kAbsent) text = ReplaceFrom(hit, text, needle, by, letter_case);
+  }
   return text;
 }
 

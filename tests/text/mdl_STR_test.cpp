@@ -111,6 +111,7 @@ TEST(TranslateChars, MapsPlaceToPlace) {
       {"abc", "", "", ""},
       {"abc", "b", "", "ac"},
       {"abc", "ab", "xyz", "xyc"},
+      {"abc", "abc", "xy", "xyy"},  // the last one is repeated
       {"aA", "a", "x", "xA"},
       {"aA", "a", "x", "xx", LetterCase::kIgnored},
       {"aA", "Aa", "xy", "xx", LetterCase::kIgnored},

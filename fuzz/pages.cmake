@@ -1,0 +1,15 @@
+# One program per page parser, all from parse_pages.cpp. Run with -dict=pages.dict, which lists the markers.
+function(add_page_fuzzer name kind parser)
+  add_executable(${name} ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/parse_pages.cpp)
+  target_compile_definitions(${name} PRIVATE FUZZ_KIND="${kind}" FUZZ_PARSER=${parser})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests)
+  target_link_libraries(${name} PRIVATE forum_download_fixed forum_download_configured forum_demo_pages forum_warnings)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()
+
+add_page_fuzzer(parse_rts_an rts-an RtsAn)
+add_page_fuzzer(parse_kdv kdv Kdv)
+add_page_fuzzer(parse_ptrv ptrv Ptrv)
+add_page_fuzzer(parse_moysha moysha Moysha)
+add_page_fuzzer(parse_gelium gelium Gelium)
+add_page_fuzzer(parse_ows ows_ptrv Ows)

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <string>
+
+/// A failure of a socket, by the old platform's number and in Russian.
+struct SocketFailure {
+  int number;
+  std::string text;  // Windows-1251
+};
+
+SocketFailure FailureOf(QAbstractSocket::SocketError error);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QByteArray>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// What the server does behind the bytes of an answer.
+enum class Then { kClose, kKeepOpen, kReset };
+enum class Pace { kAtOnce, kByteByByte };
+
+/// A peer on this machine that answers with whatever bytes a test writes down, right or wrong.
+class ScriptedServer {
+ public:
+  struct Answer {
+    QByteArray bytes = {};
+    Then then = Then::kClose;
+    Pace pace = Pace::kAtOnce;
+    QByteArray for_ever = {};  // sent again and again behind the bytes, as long as someone reads
+  };
+
+  /// @param request_end  an answer starts when this has been received
+  explicit ScriptedServer(QByteArray request_end = "\r\n\r\n");
+
+  /// One answer per request; the last one also for all that follow.
+  std::vector<Answer> answers;
+  std::function<void()> on_request;
+  /// As received, whole.
+  const std::vector<std::string>& requests() const { return requests_; }
+  int connections() const { return connections_; }
+
+  std::uint16_t port() const { return server_.serverPort(); }
+  /// Host and port behind the scheme.
+  std::string Url(std::string_view path = "/") const;
+  /// No one listens there any more.
+  void Close() { server_.close(); }
+
+ private:
+  void Accept();
+  void Receive(QTcpSocket* peer);
+  static void Play(QTcpSocket* peer, const Answer& answer);
+  static void Drip(QTcpSocket* peer, const Answer& answer, qsizetype at);
+  static void End(QTcpSocket* peer, const Answer& answer);
+
+  const QByteArray request_end_;
+  QTcpServer server_;
+  std::vector<std::string> requests_;
+  int connections_ = 0;
+};
