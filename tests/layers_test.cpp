@@ -17,9 +17,18 @@ namespace {
 namespace fs = std::filesystem;
 
 // What each folder under src/ may include beside itself. Windows stand above the whole core.
-const std::set<std::string> kCore = {
-    "base",    "text", "jet", "sql", "config", "store", "explorer", "export", "download_fixed", "download_configured",
-    "download"};
+const std::set<std::string> kCore = {"base",
+                                     "text",
+                                     "jet",
+                                     "sql",
+                                     "config",
+                                     "store",
+                                     "explorer",
+                                     "export",
+                                     "download_fixed",
+                                     "download_configured",
+                                     "download",
+                                     "saved_pages"};
 
 const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"base", {}},
@@ -33,6 +42,8 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"export", {"base", "text", "jet", "sql", "config", "store", "explorer"}},
     {"download_fixed", {"base", "text", "jet", "sql", "config", "store", "download"}},
     {"download_configured", {"base", "text", "jet", "sql", "config", "store", "download"}},
+    {"saved_pages",
+     {"base", "text", "jet", "sql", "config", "store", "download", "download_fixed", "download_configured"}},
     {"cli", kCore},
 };
 
@@ -99,6 +110,8 @@ TEST(Layers, AnUpwardIncludeIsSeen) {
       {"explorer/ui", "#include \"ui/text.h\"", 0},
       {"explorer/ui", "#include \"config/ui/frmOpen.h\"", 1},
       {"ui", "#include \"explorer/ui/tree_model.h\"", 1},
+      {"saved_pages", "#include \"download_fixed/kdv.h\"", 0},
+      {"download_fixed", "#include \"saved_pages/page_files.h\"", 1},
       {"attic", "#include <vector>", 1},
   };
   for (const auto& c : cases) {

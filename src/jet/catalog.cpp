@@ -10,12 +10,6 @@
 namespace jet {
 namespace {
 
-const Column& Require(const TableDef& def, std::string_view name) {
-  const Column* const column = def.FindColumn(name);
-  if (column == nullptr) throw FormatError("В системной таблице нет нужного столбца"_ru, def.page);
-  return *column;
-}
-
 std::string Text(const Row& row, const Column& column) {
   std::string text;
   row.AppendText(column, text);
@@ -37,6 +31,12 @@ const CatalogTable* FindIn(const std::vector<CatalogTable>& tables, std::string_
 
 }  // namespace
 
+const Column& RequireColumn(const TableDef& def, std::string_view name) {
+  const Column* const column = def.FindColumn(name);
+  if (column == nullptr) throw FormatError("В системной таблице нет нужного столбца"_ru, def.page);
+  return *column;
+}
+
 const CatalogTable* Catalog::FindTable(std::string_view name) const {
   const CatalogTable* const own = FindIn(user_tables, name);
   return own != nullptr ? own : FindIn(system_tables, name);
@@ -44,8 +44,8 @@ const CatalogTable* Catalog::FindTable(std::string_view name) const {
 
 Catalog ReadCatalog(const Table& objects) {
   const TableDef& def = objects.def();
-  const Column &id = Require(def, "Id"), &name = Require(def, "Name"), &type = Require(def, "Type"),
-               &flags_column = Require(def, "Flags");
+  const Column &id = RequireColumn(def, "Id"), &name = RequireColumn(def, "Name"), &type = RequireColumn(def, "Type"),
+               &flags_column = RequireColumn(def, "Flags");
   Catalog catalog;
   for (TableCursor cursor = objects.Scan(); cursor.Next();) {
     const Row& row = cursor.row();
@@ -67,9 +67,10 @@ Catalog ReadCatalog(const Table& objects) {
 
 std::vector<QueryRow> ReadQueryRows(const Table& queries, std::int32_t id) {
   const TableDef& def = queries.def();
-  const Column &object = Require(def, "ObjectId"), &attribute = Require(def, "Attribute"),
-               &order = Require(def, "Order"), &flag = Require(def, "Flag"), &name1 = Require(def, "Name1"),
-               &name2 = Require(def, "Name2"), &expression = Require(def, "Expression");
+  const Column &object = RequireColumn(def, "ObjectId"), &attribute = RequireColumn(def, "Attribute"),
+               &order = RequireColumn(def, "Order"), &flag = RequireColumn(def, "Flag"),
+               &name1 = RequireColumn(def, "Name1"), &name2 = RequireColumn(def, "Name2"),
+               &expression = RequireColumn(def, "Expression");
   std::vector<QueryRow> rows;
   for (TableCursor cursor = queries.Scan(); cursor.Next();) {
     const Row& row = cursor.row();

@@ -46,6 +46,9 @@ struct Catalog {
   const CatalogTable* FindTable(std::string_view name) const;
 };
 
+/// A column of a system table. @throws FormatError when it is not there
+const Column& RequireColumn(const TableDef& def, std::string_view name);
+
 Catalog ReadCatalog(const Table& objects);
 
 /// The pieces of one saved query by attribute and order. @param queries  MSysQueries

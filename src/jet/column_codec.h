@@ -11,6 +11,12 @@
 
 namespace jet {
 
+/// What a row stores for one column.
+struct StoredColumn {
+  bool bit = false;  // of the null mask: there is a value; of a Boolean, the value itself
+  Bytes bytes;       // of a long value, head and inline data or all its data, as the place says
+};
+
 bool IsKnownType(Version version, ColumnType type);
 /// Memo and OLE: the row holds a head, the data may lie elsewhere.
 bool IsLongValue(ColumnType type);

@@ -19,6 +19,13 @@ DataPage::DataPage(const Layout& layout, const Page& page, std::uint32_t owner) 
   if (LoadU32(bytes_, kOwnerAt) != owner) throw FormatError("Страница данных принадлежит другой таблице"_ru, number_);
 }
 
+std::size_t DataPage::free() const {
+  const std::size_t table_end = table_ + 2 * slots_;
+  const std::size_t lowest = slots_ == 0 ? bytes_.size() : Entry(slots_ - 1) & kRowStart;
+  if (lowest < table_end || lowest > bytes_.size()) throw FormatError("Строки не помещаются на странице"_ru, number_);
+  return lowest - table_end;
+}
+
 Bytes DataPage::Row(std::size_t slot) const {
   if (slot >= slots_) throw FormatError("На странице нет такой строки"_ru, number_, static_cast<int>(slot));
   const std::size_t begin = Entry(slot) & kRowStart;

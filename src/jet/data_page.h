@@ -17,6 +17,8 @@ class DataPage {
   DataPage(const Layout& layout, const Page& page, std::uint32_t owner);
 
   std::size_t slots() const { return slots_; }
+  /// Bytes between the row table and the lowest row. @throws FormatError when they overlap
+  std::size_t free() const;
   /// kRowIsPointer, kRowIsHidden, kRowIsDeleted or 0.
   unsigned Flags(std::size_t slot) const { return Entry(slot) & kRowFlags; }
   /// The row's bytes, whatever its flags. @throws FormatError when there is no such slot

@@ -26,7 +26,12 @@ Database Database::OpenFile(std::unique_ptr<File> file) {
 void Database::DropOutdated() {
   if (generation_ == store_->generation()) return;
   generation_ = store_->generation();
+  ForgetCatalog();
+}
+
+void Database::ForgetCatalog() {
   catalog_.reset();
+  properties_.clear();
   for (auto& [page, def] : definitions_) outdated_.push_back(std::move(def));
   definitions_.clear();
 }
@@ -50,6 +55,14 @@ Table Database::OpenTableAt(std::uint32_t page) {
   std::unique_ptr<TableDef>& def = definitions_[page];
   if (!def) def = std::make_unique<TableDef>(ReadTableDef(pages(), page));
   return {pages(), *def};
+}
+
+const TableProperties& Database::PropertiesOf(const Table& table) {
+  const PageStore::Reading reading(*store_);
+  const std::uint32_t page = table.def().page;
+  const auto known = properties_.find(page);
+  if (known != properties_.end()) return known->second;
+  return properties_[page] = ReadProperties(version(), OpenTableAt(kCatalogPage), page);
 }
 
 }  // namespace jet

@@ -14,6 +14,7 @@
 #include "jet/page_file.h"
 #include "jet/page_store.h"
 #include "jet/table.h"
+#include "jet/table_properties.h"
 
 namespace jet {
 
@@ -60,6 +61,13 @@ class Database {
   /// @param page  where the table's definition begins. @throws FormatError when none does
   Table OpenTableAt(std::uint32_t page);
 
+  /// To be called by whoever has changed the catalog, or undone such a change: what was read from it is
+  /// out of date then, as with a Reading.
+  void ForgetCatalog();
+
+  /// What the base demands of the table's values. Lives like the base's Tables().
+  const TableProperties& PropertiesOf(const Table& table);
+
   const PageFile& pages() const { return store_->pages(); }
   /// Where a Transaction begins.
   PageStore& store() { return *store_; }
@@ -73,6 +81,7 @@ class Database {
   std::uint64_t generation_ = 0;                                    // of the store, when what follows was read
   std::map<std::uint32_t, std::unique_ptr<TableDef>> definitions_;  // by page, as far as read
   std::vector<std::unique_ptr<TableDef>> outdated_;                 // tables may still look at them
+  std::map<std::uint32_t, TableProperties> properties_;             // likewise
   std::optional<Catalog> catalog_;
 };
 

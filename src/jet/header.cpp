@@ -55,13 +55,6 @@ const Layout& RecogniseLayout(Bytes page) {
   }
 }
 
-// The day of creation as a number: Jet 4 masks the password with it once more.
-std::uint32_t CreationDay(OleDate created) {
-  constexpr double kLimit = 2147483647.0;
-  if (!(std::abs(created.days) < kLimit)) return 0;
-  return static_cast<std::uint32_t>(static_cast<std::int32_t>(created.days));
-}
-
 bool HasPassword(const Layout& layout, Bytes page, OleDate created) {
   const std::uint32_t day = layout.header.created == 0 ? 0 : CreationDay(created);
   const Bytes password = page.subspan(layout.header.password, layout.header.password_size);
@@ -71,6 +64,12 @@ bool HasPassword(const Layout& layout, Bytes page, OleDate created) {
 }
 
 }  // namespace
+
+std::uint32_t CreationDay(OleDate created) {
+  constexpr double kLimit = 2147483647.0;
+  if (!(std::abs(created.days) < kLimit)) return 0;
+  return static_cast<std::uint32_t>(static_cast<std::int32_t>(created.days));
+}
 
 void ApplyHeaderMask(const Layout& layout, MutableBytes page) {
   for (std::size_t i = 0; i < layout.header.mask_size; ++i) page[kMaskBegin + i] ^= std::byte{kMask[i]};

@@ -24,6 +24,9 @@ struct Header {
 ///         encoded, under a password, another product's
 Header ReadHeader(const File& file);
 
+/// The day of creation as a number: Jet 4 masks the password with it once more. 0 when it is none.
+std::uint32_t CreationDay(OleDate created);
+
 /// Lays the mask over the header's hidden fields, or takes it off: the same operation.
 /// @param page  the file's first bytes, kHeaderSize at least
 void ApplyHeaderMask(const Layout& layout, MutableBytes page);

@@ -8,13 +8,6 @@
 #include "base/ru_literal.h"
 
 namespace jet {
-namespace {
-
-// Two children a node and the most pages that a file can have make a tree of 24 levels.
-constexpr int kDeepestTree = 32;
-
-}  // namespace
-
 int CompareBytes(Bytes a, Bytes b) {
   const std::size_t common = std::min(a.size(), b.size());
   const int order = common == 0 ? 0 : std::memcmp(a.data(), b.data(), common);
@@ -37,10 +30,7 @@ bool IndexCursor::LiesBefore(Bytes entry, Bytes key) const {
 
 std::uint32_t IndexCursor::ChildFor(IndexEntries& node, Bytes key) const {
   node.SkipWhile([&](Bytes entry) { return LiesBefore(entry, key); });
-  if (node.Next()) return node.child();
-  if (node.tail() != 0) return node.tail();
-  if (!node.Previous()) throw FormatError("Страница индекса повреждена"_ru, node.page());
-  return node.child();  // a node with a single child has no tail
+  return node.ChildHere();
 }
 
 void IndexCursor::Seek(Bytes key) {
@@ -48,7 +38,7 @@ void IndexCursor::Seek(Bytes key) {
   leaves_seen_ = 1;
   entries_ = IndexEntries(*file_, file_->Read(root_), table_);
   for (int level = 0; !entries_.leaf(); ++level) {
-    if (level == kDeepestTree) throw FormatError("Индекс ходит по кругу"_ru, root_);
+    if (level == kDeepestIndex) throw FormatError("Индекс ходит по кругу"_ru, root_);
     entries_ = IndexEntries(*file_, file_->Read(ChildFor(entries_, key)), table_);
   }
   entries_.SkipWhile([&](Bytes entry) { return LiesBefore(entry, key); });

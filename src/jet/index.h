@@ -9,6 +9,9 @@
 
 namespace jet {
 
+/// Levels above the leaves that no honest index has: two children a node and the most pages of a file make 24.
+inline constexpr int kDeepestIndex = 32;
+
 /// The order of index entries: <0, 0, >0 by plain bytes, a beginning before what it begins.
 int CompareBytes(Bytes a, Bytes b);
 bool BeginsWith(Bytes text, Bytes beginning);

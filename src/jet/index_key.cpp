@@ -13,9 +13,8 @@
 namespace jet {
 namespace {
 
-// The byte before every column's key.
-constexpr std::uint8_t kNullFlag = 0x00, kNotNullFlag = 0x7F;  // ascending
-constexpr std::uint8_t kNullFlagDescending = 0xFF, kNotNullFlagDescending = 0x80;
+// The byte before the key of a value that is not null.
+constexpr std::uint8_t kNotNullFlag = 0x7F, kNotNullFlagDescending = 0x80;
 
 void AppendByte(std::string& to, unsigned byte) { to += static_cast<char>(static_cast<std::uint8_t>(byte)); }
 
@@ -95,6 +94,18 @@ bool AppendTextKey(Version version, const Column& column, Bytes stored, bool asc
   return true;
 }
 
+// New names must get into the catalog whatever its sort order is.
+bool AppendProvisionalKey(Version version, Bytes stored, std::string& key) {
+  if (version == Version::kJet3) {
+    AppendProvisionalKeyJet3(AsText(stored), key);
+    return true;
+  }
+  std::u16string text;
+  if (!DecodeUtf16(stored, text)) return false;
+  AppendProvisionalKeyJet4(text, key);
+  return true;
+}
+
 // What a column's key holds behind its flag byte.
 bool AppendValueKey(Version version, const Column& column, Bytes stored, bool ascending, std::string& key) {
   const std::size_t begin = key.size();
@@ -119,7 +130,7 @@ bool AppendValueKey(Version version, const Column& column, Bytes stored, bool as
   return true;
 }
 
-void AppendNullKey(bool ascending, std::string& key) { AppendByte(key, ascending ? kNullFlag : kNullFlagDescending); }
+void AppendNullKey(bool ascending, std::string& key) { AppendByte(key, NullKey(ascending)); }
 
 void AppendBooleanKey(bool value, bool ascending, std::string& key) {
   AppendByte(key, ascending ? kNotNullFlag : kNotNullFlagDescending);
@@ -127,6 +138,8 @@ void AppendBooleanKey(bool value, bool ascending, std::string& key) {
 }
 
 bool AppendStoredKey(Version version, const Column& column, Bytes stored, bool ascending, std::string& key) {
+  if (SizeOf(column.type) != 0 && stored.size() != SizeOf(column.type))
+    throw FormatError("Значение поля повреждено"_ru);
   AppendByte(key, ascending ? kNotNullFlag : kNotNullFlagDescending);
   return AppendValueKey(version, column, stored, ascending, key);
 }
@@ -153,6 +166,24 @@ std::optional<std::string> KeyOfRow(Version version, const TableDef& def, const 
       row.ReadStored(column, stored);
       if (!AppendStoredKey(version, column, AsBytes(stored), part.ascending, key)) return std::nullopt;
     }
+  }
+  return key;
+}
+
+std::optional<std::string> KeyOfStored(Version version, const TableDef& def, const RealIndex& index,
+                                       std::span<const StoredColumn> columns) {
+  std::string key;
+  for (std::size_t i = 0; i < index.columns.size(); ++i) {
+    const bool ascending = index.columns[i].ascending;
+    const Column& column = ColumnOf(def, index.columns[i]);
+    if (column.type == ColumnType::kBoolean)
+      AppendBooleanKey(columns[i].bit, ascending, key);
+    else if (!columns[i].bit)
+      AppendNullKey(ascending, key);
+    else if (!AppendStoredKey(version, column, columns[i].bytes, ascending, key) &&
+             !(def.system && ascending && column.type == ColumnType::kText &&
+               AppendProvisionalKey(version, columns[i].bytes, key)))
+      return std::nullopt;
   }
   return key;
 }

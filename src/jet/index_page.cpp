@@ -51,7 +51,10 @@ std::size_t IndexEntries::NextEnd(std::size_t from) const {
   for (std::size_t at = first / 8; at < mask.size(); ++at) {
     unsigned byte = LoadU8(mask, at);
     if (at == first / 8) byte &= 0xFFu << (first % 8);
-    if (byte == 0) continue;
+    if (byte == 0) {
+      while (at + 9 <= mask.size() && LoadU64(mask, at + 1) == 0) at += 8;
+      continue;
+    }
     const std::size_t end = 8 * at + static_cast<std::size_t>(std::countr_zero(byte));
     if (end > page_.bytes().size() - layout_->entries) ThrowDamaged(page_.number());
     return end;
@@ -66,6 +69,7 @@ std::size_t IndexEntries::PreviousEnd(std::size_t before) const {
     unsigned byte = LoadU8(mask, at);
     if (at == before / 8) byte &= (1u << (before % 8)) - 1;
     if (byte != 0) return 8 * at + static_cast<std::size_t>(std::bit_width(byte)) - 1;
+    while (at >= 8 && LoadU64(mask, at - 8) == 0) at -= 8;
   }
   return 0;
 }
@@ -92,6 +96,13 @@ void IndexEntries::ToEnd() {
   const std::size_t bits =
       std::min(8 * (layout_->entries - layout_->mask), page_.bytes().size() - layout_->entries + 1);
   begin_ = end_ = PreviousEnd(bits);
+}
+
+std::uint32_t IndexEntries::ChildHere() {
+  if (Next()) return child();
+  if (tail() != 0) return tail();
+  if (!Previous()) ThrowDamaged(page());
+  return child();  // a node with a single child has no tail
 }
 
 void IndexEntries::Take(std::size_t begin, std::size_t end) {

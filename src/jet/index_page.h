@@ -45,6 +45,13 @@ class IndexEntries {
     begin_ = end_ = low;
   }
 
+  /// On a node: the child in which what stands at this place goes on, the rightmost one at the end.
+  /// May move on. @throws FormatError when there is none
+  std::uint32_t ChildHere();
+
+  /// Where the current entry begins and ends, in bytes behind the page's first entry; equal between two.
+  std::size_t begin() const { return begin_; }
+  std::size_t end() const { return end_; }
   /// The current entry; valid until the next move.
   Bytes entry() const { return entry_; }
   /// Without the row's address and the child.

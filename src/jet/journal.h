@@ -23,6 +23,8 @@ struct JournalHeader {
 
 /// The file of the journal beside a base.
 std::string JournalPath(const std::string& base);
+/// Behind the name of a journal that was put aside: it belongs to another base.
+inline constexpr const char* kForeignJournal = ".foreign";
 
 /// The journal of a writer: what the pages that a transaction changes were like before it. The file
 /// is made by the first transaction and used again by the next ones; it goes when the writer closes.

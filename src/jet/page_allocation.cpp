@@ -118,16 +118,18 @@ class GlobalMap {
  public:
   explicit GlobalMap(Transaction& transaction) : transaction_(transaction), row_(transaction, kGlobalMap) {}
 
-  void Take(std::uint32_t page) {
-    if (row_.Set(page, false)) return;
-    if (!row_.by_reference())
-      Convert();
-    else
-      AddBitmap(page / row_.pages_per_reference());
-  }
-  void Free(std::uint32_t page) { row_.Set(page, true); }
+  void Take(std::uint32_t page) { Set(page, false); }
+  void Free(std::uint32_t page) { Set(page, true); }
 
  private:
+  void Set(std::uint32_t page, bool free) {
+    if (row_.Set(page, free)) return;
+    if (!row_.by_reference()) Convert();
+    if (row_.Set(page, free)) return;
+    AddBitmap(page / row_.pages_per_reference());
+    row_.Set(page, free);
+  }
+
   void Convert() {
     const std::vector<std::uint32_t> free = row_.Convert();
     const std::uint32_t existing = transaction_.pages().page_count();

@@ -38,7 +38,7 @@ void Recover(FileSystem& files, const std::string& path, File& base, const Layou
   if (!files.Exists(name)) return;
   std::unique_ptr<File> journal = files.Open(name, OpenMode::kReadWrite);
   const JournalState state = Examine(*journal, base, layout);
-  if (state == JournalState::kForeign) return files.Rename(name, name + ".foreign");
+  if (state == JournalState::kForeign) return files.Rename(name, name + kForeignJournal);
   if (state == JournalState::kHot) {
     RollBack(*journal, base);
     Invalidate(*journal);

@@ -17,12 +17,6 @@ std::string WithoutExtension(const std::string& path) {
   return has_one ? path.substr(0, dot) : path;
 }
 
-void RemoveUnused(FileSystem& files, const std::string& name) {
-  if (!files.Exists(name)) return;
-  if (files.Open(name, OpenMode::kReadWrite)->IsLocked({})) ThrowLocked();
-  files.Remove(name);
-}
-
 }  // namespace
 
 bool WaitForLock(File& file, LockRange range, LockKind kind, std::chrono::milliseconds patience) {
@@ -51,6 +45,12 @@ void RefuseUsersOfOldEngine(FileSystem& files, const std::string& base) {
     throw FileError(error_number::kLocked,
                     Cat("База, похоже, открыта в другой программе, изменять её нельзя. "_ru, error.what()));
   }
+}
+
+void RemoveUnused(FileSystem& files, const std::string& name) {
+  if (!files.Exists(name)) return;
+  if (files.Open(name, OpenMode::kReadWrite)->IsLocked({})) ThrowLocked();
+  files.Remove(name);
 }
 
 void ThrowLocked() { throw FileError(error_number::kLocked, "Файл базы занят другой программой"_ru); }

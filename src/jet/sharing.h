@@ -23,6 +23,9 @@ bool BecomeWriter(File& base, std::chrono::milliseconds patience);
 /// uses any more is removed. @throws FileError 3045 when it is in use or cannot be removed
 void RefuseUsersOfOldEngine(FileSystem& files, const std::string& base);
 
+/// Removes a file when there is one. @throws FileError 3045 when a program has it locked
+void RemoveUnused(FileSystem& files, const std::string& name);
+
 [[noreturn]] void ThrowLocked();
 
 }  // namespace jet

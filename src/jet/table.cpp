@@ -6,6 +6,7 @@
 #include "base/ru_literal.h"
 #include "jet/data_page.h"
 #include "jet/index_key.h"
+#include "jet/table_counters.h"
 
 namespace jet {
 namespace {
@@ -80,6 +81,8 @@ std::uint32_t Table::CountRows() const {
   return count;
 }
 
+std::uint32_t Table::ExpectedRows() const { return RowCount(*file_, *def_); }
+
 Row Table::Read(RowId id) const {
   Row row;
   Read(id, row);
@@ -89,6 +92,13 @@ Row Table::Read(RowId id) const {
 void Table::Read(RowId id, Row& row) const {
   if (!ReadSlot(*file_, *def_, id, file_->Read(id.page), row))
     throw FormatError("Индекс ведёт к строке, которой нет"_ru, id.page, id.slot);
+}
+
+bool Table::TryRead(RowId id, Row& row) const {
+  if (id.page >= file_->page_count() || !UsageMap(*file_, def_->owned_map).Contains(id.page)) return false;
+  const Page page = file_->Read(id.page);
+  const bool has_slot = id.slot < DataPage(file_->layout(), page, def_->page).slots();
+  return has_slot && ReadSlot(*file_, *def_, id, page, row);
 }
 
 IndexCursor Table::Walk(const RealIndex& index, Direction direction) const {

@@ -44,13 +44,18 @@ class Table {
   const TableDef& def() const { return *def_; }
 
   TableCursor Scan() const { return {*file_, *def_}; }
-  /// Counts the live rows; def().row_count is only a hint.
+  /// Counts the live rows.
   std::uint32_t CountRows() const;
+  /// What the definition says of their number: a hint, crashed sessions leave it wrong.
+  std::uint32_t ExpectedRows() const;
 
   /// @throws FormatError when no live row has this address
   Row Read(RowId id) const;
   /// The same into a row that is used again and again.
   void Read(RowId id, Row& row) const;
+  /// Likewise for an address that may be out of date.
+  /// @return false when the row has been deleted since
+  bool TryRead(RowId id, Row& row) const;
 
   /// All entries of one of the table's indexes, in its order or against it.
   IndexCursor Walk(const RealIndex& index, Direction direction = Direction::kForward) const;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jet/layout.h"
 #include "jet/value.h"
 
 namespace jet {
@@ -27,14 +28,15 @@ struct Column {
   std::uint16_t length = 0;          // bytes; text in Jet 4: two per character
   bool fixed = false;                // decided by a flag, not by the type
   bool autonumber = false;
-  bool compress = false;                  // Jet 4: text may be stored compressed
-  bool hyperlink = false;                 // a Memo that holds a link
-  std::uint16_t ordinal = 0;              // place for display; gaps and repetitions occur
-  std::uint16_t collation = 0;            // language of the sort order
-  std::uint8_t collation_version = 0;     // Jet 4
-  std::uint16_t code_page = 0;            // Jet 3
-  std::uint8_t precision = 0, scale = 0;  // Numeric only
-  RowId owned_map, free_map;              // long-value columns: their usage maps; page 0 = none
+  bool compress = false;                               // Jet 4: text may be stored compressed
+  bool hyperlink = false;                              // a Memo that holds a link
+  std::uint8_t other_flags = column_flag::kUpdatable;  // as stored: those that have no field here
+  std::uint16_t ordinal = 0;                           // place for display; gaps and repetitions occur
+  std::uint16_t collation = 0;                         // language of the sort order
+  std::uint8_t collation_version = 0;                  // Jet 4
+  std::uint16_t code_page = 0;                         // Jet 3
+  std::uint8_t precision = 0, scale = 0;               // Numeric only
+  RowId owned_map, free_map;                           // long-value columns: their usage maps; page 0 = none
 };
 
 struct IndexColumn {
@@ -48,10 +50,17 @@ struct RealIndex {
   RowId usage_map;
   std::uint32_t root = 0;
   bool unique = false, ignore_nulls = false, required = false;
-  std::uint32_t distinct_keys = 0;  // a hint
 };
 
 enum class IndexKind : std::uint8_t { kNormal = 0, kPrimary = 1, kForeign = 2 };
+
+/// What the index of a relationship says of the other table; as below in all other indexes.
+struct Relation {
+  std::uint8_t side = 0;                                  // 1 = this table is referenced, 2 = it refers to the other
+  std::uint32_t other_index = 0xFFFFFFFF;                 // number of the logical index there
+  std::uint32_t other_table = 0;                          // its definition page
+  std::uint8_t cascade_updates = 4, cascade_deletes = 4;  // 1 = yes, 0 = no
+};
 
 /// A named index, backed by a real one.
 struct LogicalIndex {
@@ -59,13 +68,13 @@ struct LogicalIndex {
   std::uint32_t number = 0;
   std::uint32_t real = 0;  // position in TableDef::real_indexes
   IndexKind kind = IndexKind::kNormal;
+  Relation relation;
 };
 
-/// A table definition, assembled from all its pages.
+/// A table definition, assembled from all its pages: what does not change with the table's rows. For
+/// what does, see table_counters.h.
 struct TableDef {
-  std::uint32_t page = 0;       // the table's identity
-  std::uint32_t row_count = 0;  // a hint: crashed sessions leave it wrong
-  std::uint32_t last_autonumber = 0;
+  std::uint32_t page = 0;  // the table's identity
   bool system = false;
   std::uint16_t max_columns = 0;       // column numbers ever given out; new rows store it
   std::uint16_t variable_columns = 0;  // deleted ones included; new rows store so many offsets

@@ -43,7 +43,6 @@ class DefinitionReader {
   Bytes bytes_;
   std::size_t at_ = 0;
   std::size_t column_count_ = 0, real_count_ = 0, logical_count_ = 0;
-  std::size_t counters_at_ = 0;
 };
 
 Bytes DefinitionReader::Take(std::size_t size) {
@@ -78,8 +77,6 @@ TableDef DefinitionReader::Read() {
 void DefinitionReader::ReadHead(TableDef& def) {
   const TableDefLayout& at = layout_.table_def;
   const Bytes head = Take(at.size);
-  def.row_count = LoadU32(head, at.rows);
-  def.last_autonumber = LoadU32(head, at.autonumber);
   def.system = LoadU8(head, at.kind) == kSystemTable;
   def.max_columns = LoadU16(head, at.max_columns);
   def.variable_columns = LoadU16(head, at.variable_columns);
@@ -91,7 +88,6 @@ void DefinitionReader::ReadHead(TableDef& def) {
   // Every entry takes more than a byte, so greater counts cannot be true; the products below fit.
   if (real_count_ > bytes_.size() || logical_count_ > bytes_.size()) ThrowDamaged();
   if (def.max_columns > kMostColumns || def.variable_columns > kMostColumns) ThrowDamaged();
-  counters_at_ = at_;
   Take(real_count_ * at.index_counter_size);
 }
 
@@ -124,6 +120,7 @@ Column DefinitionReader::ReadColumn(Bytes entry) const {
   column.fixed = (flags & column_flag::kFixed) != 0;
   column.autonumber = (flags & column_flag::kAutonumber) != 0;
   column.hyperlink = column.type == ColumnType::kMemo && (flags & column_flag::kHyperlink) != 0;
+  column.other_flags = static_cast<std::uint8_t>(flags & ~FlagsOfFields(column));
   if (column.type == ColumnType::kNumeric && at.precision != 0) {
     column.precision = LoadU8(entry, at.precision);
     column.scale = LoadU8(entry, at.scale);
@@ -146,12 +143,9 @@ void DefinitionReader::CheckColumn(const TableDef& def, const Column& column) co
 
 void DefinitionReader::ReadRealIndexes(TableDef& def) {
   const Bytes entries = Take(real_count_ * layout_.real_index.size);
-  const std::size_t counter_size = layout_.table_def.index_counter_size;
-  for (std::size_t i = 0; i < real_count_; ++i) {
+  for (std::size_t i = 0; i < real_count_; ++i)
     def.real_indexes.push_back(
         ReadRealIndex(def, entries.subspan(i * layout_.real_index.size, layout_.real_index.size)));
-    def.real_indexes.back().distinct_keys = LoadU32(bytes_, counters_at_ + i * counter_size + kDistinctKeysAt);
-  }
 }
 
 RealIndex DefinitionReader::ReadRealIndex(const TableDef& def, Bytes entry) const {
@@ -184,6 +178,11 @@ void DefinitionReader::ReadLogicalIndexes(TableDef& def) {
     const unsigned kind = LoadU8(entry, at.kind);
     if (index.real >= real_count_ || kind > static_cast<unsigned>(IndexKind::kForeign)) ThrowDamaged();
     index.kind = static_cast<IndexKind>(kind);
+    index.relation = {.side = LoadU8(entry, at.relation),
+                      .other_index = LoadU32(entry, at.other_index),
+                      .other_table = LoadU32(entry, at.other_table),
+                      .cascade_updates = LoadU8(entry, at.cascade_updates),
+                      .cascade_deletes = LoadU8(entry, at.cascade_deletes)};
     index.name = DecodeName(TakeName());
     def.logical_indexes.push_back(std::move(index));
   }

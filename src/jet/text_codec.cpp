@@ -231,6 +231,34 @@ bool DecodeUtf16(Bytes stored, std::u16string& to) {
   return ForEachUnit(stored, [&to](char16_t unit) { to += unit; });
 }
 
+// Single bytes stand in runs between two switches, so short runs stay as they are: nothing ever takes
+// more room than it did, but for the mark and the first switch. A unit of which the lower byte is zero
+// cannot stand in compressed text at all.
+void CompressText(std::string& utf16) {
+  const char* const plain = utf16.data();
+  const std::size_t size = utf16.size();
+  std::string compressed(size + 3, '\0');
+  compressed.replace(0, 2, "\xFF\xFE");
+  char* out = compressed.data() + 2;
+  bool single = true;
+  for (std::size_t at = 0, end = 0; at < size; at = end) {
+    const bool fits_byte = plain[at + 1] == 0;
+    for (; end < size && (plain[end + 1] == 0) == fits_byte; end += 2)
+      if (plain[end] == 0) return;
+    const std::size_t units = (end - at) / 2, switches = (single ? 0u : 1u) + (end < size ? 1u : 0u);
+    const bool as_bytes = fits_byte && (single || switches < units);
+    if (as_bytes != single) *out++ = '\0';
+    single = as_bytes;
+    if (!single) {
+      out = std::copy(plain + at, plain + end, out);
+      continue;
+    }
+    for (std::size_t unit = at; unit < end; unit += 2) *out++ = plain[unit];
+  }
+  compressed.resize(static_cast<std::size_t>(out - compressed.data()));
+  if (compressed.size() < size) utf16 = std::move(compressed);
+}
+
 bool KnowsCodePage(int code_page) { return FindCodePage(code_page) != nullptr; }
 
 std::string DecodeUtf8(Version version, Bytes stored, int code_page) {

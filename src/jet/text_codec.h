@@ -16,6 +16,9 @@ bool AppendText(Version version, Bytes stored, std::string& to);
 /// The UTF-16 units of a Jet 4 text, in the place of what `to` held. @return false as above
 bool DecodeUtf16(Bytes stored, std::u16string& to);
 
+/// Replaces a plain Jet 4 text by its compressed form when it has one that is shorter.
+void CompressText(std::string& utf16);
+
 bool KnowsCodePage(int code_page);
 
 /// A stored text as UTF-8, with all of Unicode.

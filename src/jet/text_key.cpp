@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "base/cp1251.h"
+
 namespace jet {
 namespace {
 
@@ -138,6 +140,33 @@ bool AppendTextKeyJet4(std::u16string_view text, bool ascending, std::string& ke
   }
   key += sections;
   return true;
+}
+
+// Latin letters as in the General order, behind them the Russian alphabet, Ё after Е.
+void AppendProvisionalKeyJet3(std::string_view text, std::string& key) {
+  constexpr unsigned kFirstCyrillic = 0x84, kOtherCharacter = 0x32;
+  for (const char byte : CutToKeyLength(text)) {
+    const auto upper = static_cast<std::uint8_t>(cp1251::Upper(byte));
+    constexpr unsigned kA = 0xC0, kZhe = 0xC6, kYa = 0xDF, kYo = 0xA8;
+    if (upper < 0x80)
+      AppendPrimary(key, Jet3CharacterOf(byte).primary);
+    else if (upper == kYo)
+      AppendByte(key, kFirstCyrillic + kZhe - kA);
+    else if (upper >= kA && upper <= kYa)
+      AppendByte(key, kFirstCyrillic + upper - kA + (upper >= kZhe ? 1 : 0));
+    else
+      AppendByte(key, kOtherCharacter);
+  }
+  AppendByte(key, kKeyEnd);
+}
+
+void AppendProvisionalKeyJet4(std::u16string_view text, std::string& key) {
+  constexpr unsigned kUnknown = 0xFE, kSectionEnd = 0x01;
+  if (AppendTextKeyJet4(text, true, key)) return;
+  for (const char16_t unit : CutToKeyLength(text))
+    for (const unsigned byte : {kUnknown, unsigned{unit} >> 8, unsigned{unit} & 0xFF}) AppendByte(key, byte);
+  AppendByte(key, kSectionEnd);
+  AppendByte(key, kKeyEnd);
 }
 
 }  // namespace jet

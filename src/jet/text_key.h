@@ -18,4 +18,10 @@ void AppendTextKeyJet3(std::string_view text, std::string& key);
 /// @return false, with `key` unchanged, for characters that the engine knows no key of
 bool AppendTextKeyJet4(std::u16string_view text, bool ascending, std::string& key);
 
+/// For names in the catalog of a base whose sort order the engine does not know: keys that are ascending,
+/// tell names apart and ignore letter case. Only compaction by the original engine makes the true ones of
+/// them; readers do not care.
+void AppendProvisionalKeyJet3(std::string_view text, std::string& key);
+void AppendProvisionalKeyJet4(std::u16string_view text, std::string& key);
+
 }  // namespace jet

@@ -29,9 +29,7 @@ Transaction::Transaction(PageStore& store)
       journal_(*store.journal_),
       page_count_(pages_.page_count()) {}
 
-Transaction::~Transaction() {
-  if (open_) Undo();
-}
+Transaction::~Transaction() { RollBack(); }
 
 MutablePage Transaction::Change(std::uint32_t page) {
   RequireOpen();
@@ -157,7 +155,7 @@ bool Transaction::Undo() noexcept {
 
 bool Transaction::RestoreFile() noexcept try {
   journal_.Revive();
-  return RollBack(journal_.file(), pages_.file()) >= journal_.synced();
+  return jet::RollBack(journal_.file(), pages_.file()) >= journal_.synced();
 } catch (const std::exception&) {
   return false;
 }

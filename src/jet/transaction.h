@@ -31,6 +31,10 @@ class Transaction {
   /// @throws FileError when they cannot be written, or another program reads for too long: the base
   ///         is as it was before the transaction
   void Commit();
+  /// Undoes all changes now and ends the transaction: what was begun must not be committed by halves.
+  void RollBack() noexcept {
+    if (open_) Undo();
+  }
 
  private:
   void RequireOpen() const;

@@ -18,11 +18,19 @@ class UsageMap {
   /// The first page of the set that is not before `from`. It need not exist: whoever reads it
   /// learns that.
   std::optional<std::uint32_t> NextFrom(std::uint32_t from);
+  /// The last page of the set that is not behind `to`; it need not exist either.
+  std::optional<std::uint32_t> LastUpTo(std::uint32_t to);
   bool Contains(std::uint32_t page) { return NextFrom(page) == page; }
 
  private:
   std::optional<std::uint32_t> NextInline(std::uint64_t from) const;
   std::optional<std::uint32_t> NextByReference(std::uint64_t from);
+  std::optional<std::uint32_t> LastInline(std::uint32_t to) const;
+  std::optional<std::uint32_t> LastByReference(std::uint32_t to);
+  std::uint32_t pages_per_reference() const;
+  std::uint32_t references() const;
+  /// The bits of a reference; empty when it leads nowhere.
+  Bytes BitsOf(std::uint32_t reference);
 
   const PageFile* file_;
   Page page_;    // holds row_

@@ -4,10 +4,12 @@
 #include <utility>
 
 #include "base/cat.h"
+#include "base/checked.h"
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
 #include "sql/execute.h"
 #include "sql/parser.h"
+#include "sql/row_editor.h"
 #include "sql/saved_query.h"
 #include "sql/sql_errors.h"
 #include "sql/stored_table.h"
@@ -50,6 +52,7 @@ Recordset Connection::OpenSnapshot(std::string_view source) {
 }
 
 Recordset Connection::OpenSnapshot(std::string_view source, Progress& progress) {
+  const jet::Database::Reading reading(base_);
   const OleDate now = clock_.Now();
   return Snapshot(PlanFor(source, now, progress), now, progress);
 }
@@ -60,6 +63,7 @@ Recordset Connection::OpenDynaset(std::string_view source) {
 }
 
 Recordset Connection::OpenDynaset(std::string_view source, Progress& progress) {
+  const jet::Database::Reading reading(base_);
   const OleDate now = clock_.Now();
   Plan plan = PlanFor(source, now, progress);
   if (!plan.IsRowByRow() || plan.source->OpenReader() == nullptr) return Snapshot(plan, now, progress);
@@ -69,26 +73,60 @@ Recordset Connection::OpenDynaset(std::string_view source, Progress& progress) {
 }
 
 Recordset Connection::Snapshot(const Plan& plan, OleDate now, Progress& progress) {
-  return {FieldsOf(plan), MakeSnapshotRows(Execute(plan, progress)), now};
+  return {FieldsOf(plan), MakeSnapshotRows(sql::Execute(plan, progress)), now};
 }
 
 Plan Connection::PlanFor(std::string_view source, OleDate now, Progress& progress) {
   return MakePlan(LooksLikeStatement(source) ? ParseSelect(source) : AllOf(source), *this, now, progress);
 }
 
+std::int32_t Connection::Execute(std::string_view statement) {
+  Statement parsed = ParseStatement(statement);
+  auto* const deletion = std::get_if<Delete>(&parsed);
+  if (deletion == nullptr) ThrowBadStatement("этот запрос ничего не меняет: его открывают, а не выполняют"_ru);
+  return changes_.Run([&](Transaction& transaction) {
+    try {
+      return DeleteRows(*std::move(deletion));
+    } catch (...) {
+      transaction.RollBack();  // some rows may be gone already
+      throw;
+    }
+  });
+}
+
+std::int32_t Connection::DeleteRows(Delete statement) {
+  NoProgress progress;
+  Select doomed = AllOf(statement.from.name);
+  doomed.from = std::move(statement.from);
+  doomed.where = std::move(statement.where);
+  Plan plan = MakePlan(doomed, *this, clock_.Now(), progress);
+  const auto editor = plan.source->OpenEditor();
+  if (editor == nullptr) ThrowBadStatement(Cat("из запроса «"_ru, doomed.from.name, "» нельзя удалять"_ru));
+  plan.order.clear();
+  const std::vector<jet::RowId> rows = ExecuteForKeys(plan, progress);
+  for (const jet::RowId row : rows) editor->Delete(row);
+  return CheckedCast<std::int32_t>(rows.size());
+}
+
 bool Connection::HasTable(std::string_view name) {
+  const jet::Database::Reading reading(base_);
   return FindNamed(base_.Tables(), name) != nullptr || FindNamed(base_.SystemTables(), name) != nullptr;
 }
 
-bool Connection::HasQuery(std::string_view name) { return FindCatalogQuery(name) != nullptr; }
+bool Connection::HasQuery(std::string_view name) {
+  const jet::Database::Reading reading(base_);
+  return FindCatalogQuery(name) != nullptr;
+}
 
 std::vector<std::string> Connection::QueryNames() {
+  const jet::Database::Reading reading(base_);
   std::vector<std::string> names;
   for (const jet::CatalogQuery& query : base_.Queries()) names.push_back(query.name);
   return names;
 }
 
 std::string Connection::QueryText(std::string_view name) {
+  const jet::Database::Reading reading(base_);
   const jet::CatalogQuery* const query = FindCatalogQuery(name);
   if (query == nullptr) ThrowUnknownTable(name);
   return sql::QueryText(base_.QueryRows(query->id));
@@ -96,7 +134,7 @@ std::string Connection::QueryText(std::string_view name) {
 
 std::unique_ptr<RowSource> Connection::OpenTable(std::string_view name) {
   if (!HasTable(name)) return nullptr;
-  return std::make_unique<StoredTable>(base_.OpenTable(name), base_.version());
+  return std::make_unique<StoredTable>(base_.OpenTable(name), changes_);
 }
 
 std::optional<Select> Connection::FindQuery(std::string_view name) {

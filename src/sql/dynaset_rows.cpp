@@ -5,6 +5,8 @@
 
 #include "sql/evaluate.h"
 #include "sql/result_rows.h"
+#include "sql/row_editor.h"
+#include "sql/sql_errors.h"
 
 namespace sql {
 namespace {
@@ -59,7 +61,12 @@ class OutputRow final : public RowAccess {
 class DynasetRows final : public ResultRows {
  public:
   DynasetRows(Plan plan, std::vector<jet::RowId> keys)
-      : plan_(std::move(plan)), keys_(std::move(keys)), reader_(plan_.source->OpenReader()), shown_(plan_) {}
+      : plan_(std::move(plan)),
+        keys_(std::move(keys)),
+        chosen_(keys_.size()),
+        reader_(plan_.source->OpenReader()),
+        editor_(plan_.source->OpenEditor()),
+        shown_(plan_) {}
 
   std::size_t size() const override { return keys_.size(); }
 
@@ -79,7 +86,10 @@ class DynasetRows final : public ResultRows {
   }
 
   const RowAccess& Row() override {
-    if (!is_read_) shown_.Show(reader_->Read(current_));
+    if (is_read_) return shown_;
+    const RowAccess* const row = reader_->Find(current_);
+    if (row == nullptr) ThrowRowDeleted();
+    shown_.Show(*row);
     is_read_ = true;
     return shown_;
   }
@@ -89,7 +99,9 @@ class DynasetRows final : public ResultRows {
     if (const auto path = FindSeek(wanted, *plan_.source)) return FindThroughIndex(wanted, *path);
     Evaluator evaluator(plan_.source->fields().size());
     for (std::size_t position = 0; position < keys_.size(); ++position) {
-      evaluator.SetRow(reader_->Read(keys_[position]));
+      const RowAccess* const row = reader_->Find(keys_[position]);
+      if (row == nullptr) continue;
+      evaluator.SetRow(*row);
       if (!evaluator.IsTrue(wanted)) continue;
       GoTo(position);
       return true;
@@ -98,13 +110,46 @@ class DynasetRows final : public ResultRows {
     return false;
   }
 
+  void StartRow() override { Editor().Start(); }
+
+  void Set(std::size_t field, const jet::Value& value) override {
+    const BoundExpression& output = plan_.outputs[field].expression;
+    if (output.kind != BoundExpression::Kind::kColumn) ThrowNotUpdatable();
+    Editor().Set(output.column, value);
+  }
+
+  void StoreRow() override {
+    keys_.push_back(Editor().Store());
+    is_read_ = false;
+  }
+
+  void Delete() override {
+    Row();  // refuses a row that somebody else has deleted
+    Editor().Delete(current_);
+    const std::size_t position = Position();
+    keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(position));
+    if (position < chosen_) --chosen_;
+    is_read_ = false;
+  }
+
  private:
+  RowEditor& Editor() {
+    if (editor_ == nullptr) ThrowNotUpdatable();
+    return *editor_;
+  }
+
+  /// An added row belongs to the set even where WHERE would not have chosen it.
+  bool IsAdded(jet::RowId id) const {
+    const auto added = keys_.begin() + static_cast<std::ptrdiff_t>(chosen_);
+    return std::find(added, keys_.end(), id) != keys_.end();
+  }
+
   bool FindThroughIndex(const BoundExpression& wanted, const AccessPath& path) {
     const auto stream = plan_.source->Open(path);
     Evaluator evaluator(plan_.source->fields().size());
     while (stream->Next()) {
       evaluator.SetRow(stream->row());
-      const bool belongs = !plan_.where || evaluator.IsTrue(*plan_.where);
+      const bool belongs = !plan_.where || evaluator.IsTrue(*plan_.where) || IsAdded(stream->id());
       if (!belongs || !evaluator.IsTrue(wanted)) continue;
       current_ = stream->id();
       position_.reset();
@@ -116,7 +161,9 @@ class DynasetRows final : public ResultRows {
 
   Plan plan_;
   std::vector<jet::RowId> keys_;
+  std::size_t chosen_;  // how many of them WHERE chose; the others were added
   std::unique_ptr<RowReader> reader_;
+  std::unique_ptr<RowEditor> editor_;
   OutputRow shown_;
   jet::RowId current_;
   std::optional<std::size_t> position_;  // of current_ among keys_, when known

@@ -14,7 +14,6 @@ namespace {
 using jet::ColumnType;
 
 constexpr std::size_t kBlockSize = 1 << 20;
-constexpr std::size_t kMostLengthBytes = 10;
 constexpr std::size_t kVariable = 0;
 
 /// Bytes of a value that has the same size in every row, kVariable for the others.

@@ -16,6 +16,8 @@ namespace {
 
 [[noreturn]] void ThrowNoCurrentRecord() { throw Error(error_number::kNoCurrentRecord, "Нет текущей записи"_ru); }
 
+[[noreturn]] void ThrowNothingToStore() { throw Error(error_number::kNothingToStore, "Нет добавляемой записи"_ru); }
+
 }  // namespace
 
 Recordset::Recordset(std::vector<Field> fields, std::unique_ptr<ResultRows> rows, OleDate now)
@@ -31,11 +33,13 @@ std::size_t Recordset::FieldIndex(std::string_view name) const {
 }
 
 void Recordset::MoveFirst() {
+  adding_ = false;
   if (rows_->size() == 0) ThrowNoCurrentRecord();
   GoTo(0);
 }
 
 void Recordset::MoveLast() {
+  adding_ = false;
   if (rows_->size() == 0) ThrowNoCurrentRecord();
   GoTo(rows_->size() - 1);
 }
@@ -45,22 +49,28 @@ void Recordset::GoTo(std::size_t position) {
   position_ = position;
   row_ = nullptr;
   has_current_ = true;
-  at_end_ = false;
+  at_end_ = deleted_ = false;
   visited_ = std::max(visited_, position + 1);
 }
 
 void Recordset::MoveNext() {
-  if (!has_current_) ThrowNoCurrentRecord();
-  const std::size_t next = (position_ ? *position_ : rows_->Position()) + 1;
+  adding_ = false;
+  if (!has_current_ && !deleted_) ThrowNoCurrentRecord();
+  const std::size_t next = deleted_ ? *position_ : CurrentPosition() + 1;
   if (next < rows_->size()) return GoTo(next);
-  has_current_ = false;
+  has_current_ = deleted_ = false;
   at_end_ = true;
 }
 
-std::int32_t Recordset::RecordCount() const { return CheckedCast<std::int32_t>(visited_); }
+std::size_t Recordset::CurrentPosition() { return position_ ? *position_ : rows_->Position(); }
+
+std::int32_t Recordset::RecordCount() const {
+  return CheckedCast<std::int32_t>(std::min(visited_ + added_, rows_->size()));
+}
 
 void Recordset::FindFirst(std::string_view criterion) {
   const BoundExpression condition = Bind(ParseCondition(criterion), {fields_, {}, now_});
+  adding_ = deleted_ = false;
   position_.reset();
   row_ = nullptr;
   has_current_ = rows_->FindFirst(condition);
@@ -68,7 +78,40 @@ void Recordset::FindFirst(std::string_view criterion) {
   at_end_ = rows_->size() == 0;
 }
 
+void Recordset::AddNew() {
+  adding_ = false;
+  rows_->StartRow();
+  adding_ = true;
+}
+
+void Recordset::Set(std::size_t field, const jet::Value& value) {
+  if (!adding_) ThrowNothingToStore();
+  rows_->Set(field, value);
+}
+
+void Recordset::Update() {
+  if (!adding_) ThrowNothingToStore();
+  rows_->StoreRow();
+  adding_ = false;
+  row_ = nullptr;
+  ++added_;
+}
+
+void Recordset::Delete() {
+  adding_ = false;
+  if (deleted_) ThrowRowDeleted();
+  if (!has_current_) ThrowNoCurrentRecord();
+  const std::size_t position = CurrentPosition();
+  rows_->Delete();
+  position_ = position;
+  row_ = nullptr;
+  has_current_ = false;
+  deleted_ = true;
+  if (position < visited_) --visited_;
+}
+
 const RowAccess& Recordset::Current() {
+  if (deleted_) ThrowRowDeleted();
   if (!has_current_) ThrowNoCurrentRecord();
   if (row_ == nullptr) row_ = &rows_->Row();
   return *row_;

@@ -46,10 +46,32 @@ class Recordset {
   /// Null is empty. The view lives until the next move, or until the same field is read again.
   std::string_view Text(std::size_t field);
   std::optional<OleDate> Date(std::size_t field);
+  /// @throws Error 3167 like all of them when the row has been deleted
   jet::Value Get(std::size_t field);
+
+  // Changes of a dynaset; a snapshot, groups and a base opened for reading refuse them with Error 3027. Each
+  // is on the medium when it returns, or with the Transaction that is open; when it throws, the base is
+  // as it was.
+
+  /// Begins a new row with the fields' defaults, else Null. Any move, FindFirst, Cancel and another
+  /// AddNew drop it silently.
+  void AddNew();
+  /// Sets a field of the new row; values are converted to the field's kind. An empty text becomes Null where
+  /// the field takes no empty texts. @throws Error 3020 without AddNew, ConversionError 3421, Error 3163
+  void Set(std::size_t field, const jet::Value& value);
+  void Set(std::string_view field, const jet::Value& value) { Set(FieldIndex(field), value); }
+  /// Stores the new row, which belongs to the set at once, behind all others. The row that was current
+  /// before AddNew is current again. When it throws, the row is still begun.
+  /// @throws Error 3020 without AddNew, DuplicateKey, Error 3314, 3315, 3163, FileError
+  void Update();
+  void Cancel() { adding_ = false; }
+  /// Deletes the current row; then none is current, and MoveNext goes to the one behind it.
+  /// @throws Error 3021, 3167, FileError
+  void Delete();
 
  private:
   const RowAccess& Current();
+  std::size_t CurrentPosition();
   void GoTo(std::size_t position);
 
   std::vector<Field> fields_;
@@ -57,9 +79,12 @@ class Recordset {
   OleDate now_;
   std::vector<std::string> texts_;  // what Text() lends, per field
   bool has_current_ = false, at_end_ = false, no_match_ = false;
+  bool deleted_ = false;                 // the row at position_ was deleted: now the one behind it is there
   std::optional<std::size_t> position_;  // of the current row, when known
   const RowAccess* row_ = nullptr;       // the current row, once it was asked for
   std::size_t visited_ = 0;
+  std::size_t added_ = 0;
+  bool adding_ = false;  // AddNew has begun a row
 };
 
 }  // namespace sql

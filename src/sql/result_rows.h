@@ -21,10 +21,21 @@ class ResultRows {
   /// Of the current row; size() when it is not among the rows any more.
   virtual std::size_t Position() = 0;
   /// The current row; its columns are the result's fields. Valid until the next move.
+  /// @throws Error 3167 when it has been deleted
   virtual const RowAccess& Row() = 0;
   /// Makes the first row that fulfils `condition` (on the result's fields) current.
   /// @return false when there is none; there is no current row then
   virtual bool FindFirst(const BoundExpression& condition) = 0;
+
+  // Changes of the stored rows. A static copy refuses them with Error 3027.
+  /// Begins a new row, dropping one that was begun.
+  virtual void StartRow();
+  /// @throws Error 3027 also for a calculated field, else like RowEditor::Set
+  virtual void Set(std::size_t field, const jet::Value& value);
+  /// Stores the row that was begun; it becomes the last one, the current row stays current.
+  virtual void StoreRow();
+  /// Deletes the current row; the row behind it takes its position, and no row is current.
+  virtual void Delete();
 };
 
 /// A static copy.

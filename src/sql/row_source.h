@@ -54,9 +54,11 @@ class RowStream {
 class RowReader {
  public:
   virtual ~RowReader() = default;
-  /// Valid until the next Read. @throws FormatError when no row has this address
-  virtual const RowAccess& Read(jet::RowId id) = 0;
+  /// Valid until the next Find; nullptr when the row has been deleted.
+  virtual const RowAccess* Find(jet::RowId id) = 0;
 };
+
+class RowEditor;
 
 /// Which rows of a source, and in what order.
 struct AccessPath {
@@ -88,6 +90,8 @@ class RowSource {
   virtual std::unique_ptr<RowStream> Open(const AccessPath& path) const = 0;
   /// None when the source stores no rows of its own.
   virtual std::unique_ptr<RowReader> OpenReader() const = 0;
+  /// Its columns are this source's fields. None when rows cannot be changed here.
+  virtual std::unique_ptr<RowEditor> OpenEditor() const;
 };
 
 /// The position of a field by name, letter case ignored; none when absent.

@@ -27,4 +27,8 @@ void ThrowTypeMismatch() {
   throw SqlError(error_number::kTypeMismatch, "Значение не того типа в выражении запроса"_ru);
 }
 
+void ThrowNotUpdatable() { throw Error(error_number::kReadOnly, "Эти записи можно только читать"_ru); }
+
+void ThrowRowDeleted() { throw Error(kRowDeleted, "Запись удалена"_ru); }
+
 }  // namespace sql

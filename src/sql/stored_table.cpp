@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/bytes.h"
+#include "sql/row_editor.h"
 
 namespace sql {
 namespace {
@@ -97,7 +98,9 @@ class StoredReader final : public RowReader {
   StoredReader(const jet::Table& table, jet::Version version) : table_(table), shown_(table.def(), version) {
     shown_.Show(row_);
   }
-  const RowAccess& Read(jet::RowId id) override {
+  const RowAccess* Find(jet::RowId id) override { return table_.TryRead(id, row_) ? &shown_ : nullptr; }
+  /// @throws FormatError when no row has this address
+  const RowAccess& Read(jet::RowId id) {
     table_.Read(id, row_);
     return shown_;
   }
@@ -135,7 +138,8 @@ class IndexStream final : public RowStream {
 
 }  // namespace
 
-StoredTable::StoredTable(const jet::Table& table, jet::Version version) : table_(table), version_(version) {
+StoredTable::StoredTable(const jet::Table& table, Changes& changes)
+    : table_(table), changes_(changes), version_(changes.version()) {
   for (const jet::Column& column : table_.def().columns) fields_.push_back({column.name, column.type});
 }
 
@@ -185,5 +189,7 @@ std::unique_ptr<RowStream> StoredTable::OpenNatural() const {
 }
 
 std::unique_ptr<RowReader> StoredTable::OpenReader() const { return std::make_unique<StoredReader>(table_, version_); }
+
+std::unique_ptr<RowEditor> StoredTable::OpenEditor() const { return std::make_unique<RowEditor>(changes_, table_); }
 
 }  // namespace sql

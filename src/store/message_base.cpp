@@ -19,20 +19,35 @@ namespace {
 }  // namespace
 
 void MessageBase::OpenBase(const std::string& path) {
-  open_ = std::make_unique<OpenFile>(jet::Database::Open(files_, paths::Resolve(path), jet::Access::kRead), clock_);
+  if (writings_ != 0) throw FileError(error_number::kLocked, "Сначала дождитесь конца записи в базу"_ru);
+  open_ = Open(path, jet::Access::kRead);
   path_ = path;
   RequireBaseObjects();
   FindForum();
 }
 
-sql::Connection& MessageBase::connection() {
-  if (open_ == nullptr) throw Error(error_number::kBaseNotOpen, "База не открыта"_ru);
-  return open_->connection;
+std::unique_ptr<MessageBase::OpenFile> MessageBase::Open(const std::string& path, jet::Access access) {
+  return std::make_unique<OpenFile>(jet::Database::Open(files_, paths::Resolve(path), access), clock_);
 }
 
-jet::Database& MessageBase::database() {
-  connection();
-  return open_->database;
+MessageBase::OpenFile& MessageBase::Current() {
+  if (open_ == nullptr) throw Error(error_number::kBaseNotOpen, "База не открыта"_ru);
+  return written_ != nullptr ? *written_ : *open_;
+}
+
+void MessageBase::BeginWriting() {
+  Current();
+  if (writings_ == 0) try {
+      written_ = Open(path_, jet::Access::kReadWrite);
+    } catch (const FileError& error) {
+      if (error.number() != error_number::kNoAccess) throw;
+      throw Error(error_number::kReadOnly, Cat("База открыта только для чтения. "_ru, error.what()));
+    }
+  ++writings_;
+}
+
+void MessageBase::EndWriting() noexcept {
+  if (--writings_ == 0) written_.reset();
 }
 
 std::string MessageBase::Caption() const {

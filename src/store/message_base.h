@@ -22,13 +22,31 @@ class MessageBase {
   /// already; the forum stays that of the base before it. Kept so: a user who sees the failure chooses
   /// again, and old installations behaved the same.
   /// @param path  the file system's own bytes
-  /// @throws Error
+  /// @throws Error, 3045 also while this base is being written to
   void OpenBase(const std::string& path);
 
+  /// While it lives the base is open for writing, which only one program can do at a time; else it is
+  /// open for reading, so that several programs can show it. May be nested.
+  class Writing {
+   public:
+    /// The base stays open for reading when this throws.
+    /// @throws Error 91 when none is open, Error 3027 when the file must not be changed, FileError 3045
+    ///         when another program writes
+    explicit Writing(MessageBase& base) : base_(base) { base_.BeginWriting(); }
+    ~Writing() { base_.EndWriting(); }
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+
+   private:
+    MessageBase& base_;
+  };
+
   bool IsOpen() const { return open_ != nullptr; }
-  /// For statements on the base. @throws Error 91 when none is open
-  sql::Connection& connection();
-  jet::Database& database();
+  /// For statements on the base; ask for it each time. The one for reading lives as long as the base
+  /// is open, whatever is written meanwhile; what is asked for while Writing, as long as that.
+  /// @throws Error 91 when none is open
+  sql::Connection& connection() { return Current().connection; }
+  jet::Database& database() { return Current().database; }
 
   /// As given to OpenBase; empty when none is open.
   const std::string& path() const { return path_; }
@@ -52,13 +70,19 @@ class MessageBase {
     sql::Connection connection;
   };
 
+  OpenFile& Current();
+  std::unique_ptr<OpenFile> Open(const std::string& path, jet::Access access);
+  void BeginWriting();
+  void EndWriting() noexcept;
   void RequireBaseObjects();
   void FindForum();
 
   FileSystem& files_;
   const Clock& clock_;
   const mdl_AZ::ForumIni& ini_;
-  std::unique_ptr<OpenFile> open_;
+  std::unique_ptr<OpenFile> open_;     // for reading
+  std::unique_ptr<OpenFile> written_;  // the same file for writing, as long as writings_ says
+  int writings_ = 0;
   std::string path_;
   std::size_t forum_ = 0;
   std::string forum_kind_, forum_name_, host_, title_suffix_;

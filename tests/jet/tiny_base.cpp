@@ -57,7 +57,8 @@ struct TableSpec {
   std::uint16_t variable_columns;
   std::vector<ColumnSpec> columns;
   std::vector<IndexSpec> indexes;
-  std::string owned, free;  // row pointers
+  std::string owned, free;                    // row pointers
+  std::vector<std::string> long_values = {};  // entries of Memo and OLE columns
 };
 
 class Builder {
@@ -84,6 +85,7 @@ class Builder {
   std::string InlineMap(std::initializer_list<std::uint32_t> pages) const;
   std::string Definition(const TableSpec& spec);
   void PutIndexPage(std::uint32_t page, std::uint32_t owner, const std::vector<std::string>& entries, bool leaf);
+  void PutGlobalMap();
   void PutMessages();
   void PutCatalog();
   void PutTypes();
@@ -175,6 +177,7 @@ std::string Builder::Definition(const TableSpec& spec) {
     put(entry + layout_.logical_index.kind, "\x01");
   }
   for (std::size_t i = 0; i < spec.indexes.size(); ++i) def += Name("Id");
+  for (const std::string& entry : spec.long_values) def += entry;
   def += Little(kDefinitionEnd, 2);
   put(kDefinitionLengthAt, Little(def.size(), 4));
   return def;
@@ -198,6 +201,17 @@ void Builder::PutIndexPage(std::uint32_t page, std::uint32_t owner, const std::v
   Put(page, kOwnerAt, Little(owner, 4));
   Put(page, at.prefix, Little(prefix, at.prefix_size));
   Put(page, at.level, Little(leaf ? 0 : 1, 1));
+}
+
+// All pages are in use; those behind the end count as free.
+void Builder::PutGlobalMap() {
+  std::string free = InlineMap({});
+  for (std::size_t bit = TinyPages::kCount; bit < (free.size() - kInlineMapBitsAt) * 8; ++bit) {
+    char& byte = free[kInlineMapBitsAt + bit / 8];
+    byte = static_cast<char>(byte | 1 << (bit % 8));
+  }
+  PutRow(1, 1, free);
+  PutRow(1, 1, InlineMap({}));
 }
 
 void Builder::PutMessages() {
@@ -292,11 +306,17 @@ void Builder::PutTypes() {
                   columns,
                   {{0, TinyPages::kNode, RowPointer(kMaps, 2)}},
                   RowPointer(kMaps, 0),
-                  RowPointer(kMaps, 1)}));
+                  RowPointer(kMaps, 1),
+                  {Little(11, 2) + RowPointer(kMaps, 3) + RowPointer(kMaps, 4),
+                   Little(12, 2) + RowPointer(kMaps, 5) + RowPointer(kMaps, 6)}}));
 
   PutRow(kMaps, 0, '\x01' + Little(kBitmap, 4) + Little(0, 4));
   PutRow(kMaps, 0, InlineMap({}));
   PutRow(kMaps, 0, InlineMap({TinyPages::kNode, kLeaves[0], kLeaves[1]}));
+  PutRow(kMaps, 0, InlineMap({}));
+  PutRow(kMaps, 0, InlineMap({}));
+  PutRow(kMaps, 0, InlineMap({TinyPages::kChain, TinyPages::kChain + 1}));
+  PutRow(kMaps, 0, InlineMap({}));
   Put(kBitmap, 0, "\x05\x01");
   Put(kBitmap, kBitmapAt + TinyPages::kTypesData / 8,
       Little(1 << (TinyPages::kTypesData % 8) | 1 << (TinyPages::kMovedData % 8), 1));
@@ -327,6 +347,7 @@ void Builder::PutTypes() {
 }
 
 std::string Builder::Build() {
+  PutGlobalMap();
   PutMessages();
   PutCatalog();
   PutTypes();

@@ -79,7 +79,7 @@ class TestTable : public RowSource {
   class Reader : public RowReader {
    public:
     explicit Reader(const PackedRows& rows) : rows_(rows) {}
-    const RowAccess& Read(jet::RowId id) override { return row_.emplace(rows_, id.page); }
+    const RowAccess* Find(jet::RowId id) override { return &row_.emplace(rows_, id.page); }
 
    private:
     const PackedRows& rows_;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+/// Changes to the messages of a base.
+class MessageEdits {
+ public:
+  virtual ~MessageEdits() = default;
+  /// Deletes rows of the table База by number, one after another: all of them, or none when it throws.
+  /// A number without a row is passed over.
+  /// @throws Error 3027, FileError, FormatError
+  virtual void Delete(std::span<const std::int32_t> numbers) = 0;
+};
+
+/// The statement that deletes one message.
+std::string DeleteStatement(std::int32_t number);

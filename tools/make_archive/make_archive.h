@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/file.h"
+#include "jet/create.h"
+
+struct ArchiveOptions {
+  jet::NewBase kind;
+  std::uint32_t messages = 10'000;
+  std::uint32_t seed = 1;
+};
+
+/// Makes a base of made-up messages, the same for the same options.
+/// @throws FileError 75 when there is a file of that name
+void MakeArchive(FileSystem& files, const std::string& path, const ArchiveOptions& options);
