@@ -5,25 +5,19 @@
 
 namespace {
 
-/// The label of the message's other nodes when it says the same, so that the text is kept once.
-NodeLabel LabelFor(NodeTree& tree, const FoundMessage& found) {
-  for (const NodeKind kind : {NodeKind::kThreadMessage, NodeKind::kDateMessage, NodeKind::kAuthorMessage}) {
-    const NodeId node = tree.Find(kind, found.Код);
-    if (node != kNoNode && tree.Text(node) == found.Тема) return tree.Label(node);
-  }
-  return tree.AddLabel(found.Код, found.Тема);
+constexpr std::string_view kResultsText = "Результаты поиска"_ru;
+
+NodeId AddResultsNode(NodeTree& tree, std::string_view text) {
+  return tree.Add(kRootNode, Placement::kLastChild, NodeKind::kResults, 0, text);
 }
 
 }  // namespace
 
-NodeId AddResultsNode(NodeTree& tree) {
-  return tree.Add(kRootNode, Placement::kLastChild, NodeKind::kResults, 0, "Результаты поиска"_ru, NodeImage::kResults);
-}
+void AddResultsNode(NodeTree& tree) { AddResultsNode(tree, kResultsText); }
 
-void AddFoundMessages(NodeTree& tree, NodeId results, std::span<const FoundMessage> found) {
+void AddResultsNode(NodeTree& tree, std::span<const FoundMessage> found) {
+  const NodeId results = AddResultsNode(tree, Cat(kResultsText, " : ", found.size(), " записей"_ru));
   for (const FoundMessage& message : found)
     if (tree.Find(NodeKind::kFoundMessage, message.Код) == kNoNode)
-      tree.Add(results, Placement::kLastChild, NodeKind::kFoundMessage, LabelFor(tree, message),
-               NodeImage::kFoundMessage);
-  tree.SetText(results, Cat("Результаты поиска : "_ru, found.size(), " записей"_ru));
+      tree.Add(results, Placement::kLastChild, NodeKind::kFoundMessage, message.Код, message.Тема);
 }

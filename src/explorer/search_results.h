@@ -13,8 +13,7 @@ struct FoundMessage {
 };
 
 /// Adds the node of search results, empty, as the last top node.
-NodeId AddResultsNode(NodeTree& tree);
-
-/// Adds the messages under that node, in their order, and their count to its text. A number found twice
-/// has one node.
-void AddFoundMessages(NodeTree& tree, NodeId results, std::span<const FoundMessage> found);
+void AddResultsNode(NodeTree& tree);
+/// Adds the node with the messages under it, in their order, and their count in its text. A number
+/// found twice has one node.
+void AddResultsNode(NodeTree& tree, std::span<const FoundMessage> found);

@@ -21,14 +21,13 @@ constexpr std::string_view kSeparator = " - ";
 struct TopNode {
   NodeKind kind;
   std::string_view text;
-  NodeImage image;
 };
 
 constexpr TopNode kTopNodes[] = {
-    {NodeKind::kThreads, "По цепочке"_ru, NodeImage::kThreads},
-    {NodeKind::kBroken, "Оборванные цепочки"_ru, NodeImage::kBroken},
-    {NodeKind::kDates, "По дате"_ru, NodeImage::kDates},
-    {NodeKind::kAuthors, "По автору"_ru, NodeImage::kAuthors},
+    {NodeKind::kThreads, "По цепочке"_ru},
+    {NodeKind::kBroken, "Оборванные цепочки"_ru},
+    {NodeKind::kDates, "По дате"_ru},
+    {NodeKind::kAuthors, "По автору"_ru},
 };
 
 std::int32_t YearNumber(const CivilTime& time) { return time.year; }
@@ -66,7 +65,7 @@ class TreeBuilder {
   void Highlight(NodeId thread_start);
   void AddToDates(NodeLabel label, const Moment& moment);
   NodeId DayNode(const Moment& moment);
-  NodeId Group(NodeId parent, NodeKind kind, std::int32_t number, std::string_view text, NodeImage image);
+  NodeId Group(NodeId parent, NodeKind kind, std::int32_t number, std::string_view text);
   void AddToAuthors(const TreeRow& row, NodeLabel label);
   NodeId AuthorNode(std::string_view author);
   NodeId ThreadStartOf(NodeId message) const { return message < starts_.size() ? starts_[message] : kNoNode; }
@@ -117,14 +116,12 @@ void TreeBuilder::Reserve(std::size_t messages) {
   constexpr std::size_t kCharacters = 64;  // of a node's text, rather too many
   const bool groups = settings_.BuildTreeByDate || settings_.BuildTreeByAuthor;
   const std::size_t others = groups ? messages / 16 + 64 : 8;  // top nodes, days, authors
-  const auto groupings =
-      static_cast<std::size_t>(settings_.BuildTreeByThread + settings_.BuildTreeByDate + settings_.BuildTreeByAuthor);
-  tree_.Reserve(messages * groupings + others, messages + others, messages * kCharacters);
-  if (settings_.BuildTreeByThread) starts_.reserve(messages * groupings + others);
+  tree_.Reserve(messages + others, messages * kCharacters);
+  if (settings_.BuildTreeByThread) starts_.reserve(messages + others);
 }
 
 void TreeBuilder::AddTopNodes() {
-  for (const auto& top : kTopNodes) tree_.Add(kRootNode, Placement::kLastChild, top.kind, 0, top.text, top.image);
+  for (const auto& top : kTopNodes) tree_.Add(kRootNode, Placement::kLastChild, top.kind, 0, top.text);
   AddResultsNode(tree_);
   threads_ = tree_.Find(NodeKind::kThreads);
   broken_ = tree_.Find(NodeKind::kBroken);
@@ -173,8 +170,7 @@ void TreeBuilder::AddToThreads(const TreeRow& row, NodeLabel label, const std::o
 }
 
 NodeId TreeBuilder::AddThreadStart(NodeLabel label) {
-  const NodeId node =
-      tree_.Add(threads_, Placement::kFirstChild, NodeKind::kThreadMessage, label, NodeImage::kThreadStart);
+  const NodeId node = tree_.Add(threads_, Placement::kFirstChild, NodeKind::kThreadMessage, label);
   SetThreadStart(node, node);
   tree_.SetExpanded(node, settings_.open_threads == OpenThreads::kAll);
   return node;
@@ -183,8 +179,7 @@ NodeId TreeBuilder::AddThreadStart(NodeLabel label) {
 NodeId TreeBuilder::AddReply(std::int32_t parent_number, NodeLabel label) {
   const NodeId parent = tree_.Find(NodeKind::kThreadMessage, parent_number);
   const bool is_broken = parent == kNoNode;
-  const NodeId node = tree_.Add(is_broken ? broken_ : parent, Placement::kLastChild, NodeKind::kThreadMessage, label,
-                                is_broken ? NodeImage::kBrokenReply : NodeImage::kReply);
+  const NodeId node = tree_.Add(is_broken ? broken_ : parent, Placement::kLastChild, NodeKind::kThreadMessage, label);
   if (is_broken)
     ++built_.inconsistent;
   else
@@ -208,7 +203,7 @@ bool TreeBuilder::IsNew(const Moment& moment) const {
 
 void TreeBuilder::Highlight(NodeId thread_start) {
   if (thread_start == kNoNode) return;  // broken threads have no start to mark
-  tree_.SetImage(thread_start, NodeImage::kNewMessage);
+  tree_.MarkNew(thread_start);
   if (settings_.open_threads == OpenThreads::kNew) tree_.SetExpanded(thread_start, true);
 }
 
@@ -217,32 +212,30 @@ void TreeBuilder::AddToDates(NodeLabel label, const Moment& moment) {
     day_node_ = DayNode(moment);
     last_node_day_ = moment.day;
   }
-  tree_.Add(day_node_, Placement::kLastChild, NodeKind::kDateMessage, label, NodeImage::kMessage);
+  tree_.Add(day_node_, Placement::kLastChild, NodeKind::kDateMessage, label);
 }
 
 NodeId TreeBuilder::DayNode(const Moment& moment) {
   const CivilTime& time = moment.time;
-  const NodeId year = Group(dates_, NodeKind::kYear, YearNumber(time), Cat(time.year, " год"_ru), NodeImage::kYear);
-  const NodeId month =
-      Group(year, NodeKind::kMonth, MonthNumber(time), text::FormatDate(moment.date, "mmmm"), NodeImage::kMonth);
-  return Group(month, NodeKind::kDay, DayNumber(time), Cat(time.day), NodeImage::kDay);
+  const NodeId year = Group(dates_, NodeKind::kYear, YearNumber(time), Cat(time.year, " год"_ru));
+  const NodeId month = Group(year, NodeKind::kMonth, MonthNumber(time), text::FormatDate(moment.date, "mmmm"));
+  return Group(month, NodeKind::kDay, DayNumber(time), Cat(time.day));
 }
 
-NodeId TreeBuilder::Group(NodeId parent, NodeKind kind, std::int32_t number, std::string_view text, NodeImage image) {
+NodeId TreeBuilder::Group(NodeId parent, NodeKind kind, std::int32_t number, std::string_view text) {
   const NodeId present = tree_.Find(kind, number);
-  return present != kNoNode ? present : tree_.Add(parent, Placement::kLastChild, kind, number, text, image);
+  return present != kNoNode ? present : tree_.Add(parent, Placement::kLastChild, kind, number, text);
 }
 
 void TreeBuilder::AddToAuthors(const TreeRow& row, NodeLabel label) {
   const std::string_view author = text::Trim(row.Автор);
-  tree_.Add(AuthorNode(author.empty() ? kNoAuthor : author), Placement::kLastChild, NodeKind::kAuthorMessage, label,
-            NodeImage::kMessage);
+  tree_.Add(AuthorNode(author.empty() ? kNoAuthor : author), Placement::kLastChild, NodeKind::kAuthorMessage, label);
 }
 
 NodeId TreeBuilder::AuthorNode(std::string_view author) {
   const NodeId present = tree_.Find({.kind = NodeKind::kAuthor, .number = 0, .author = author});
   if (present != kNoNode) return present;
-  return tree_.Add(authors_, Placement::kLastChild, NodeKind::kAuthor, 0, author, NodeImage::kAuthor);
+  return tree_.Add(authors_, Placement::kLastChild, NodeKind::kAuthor, 0, author);
 }
 
 }  // namespace

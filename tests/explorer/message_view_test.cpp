@@ -74,9 +74,8 @@ TEST(MessageView, ExplainsEveryKindOfGroup) {
   };
   for (const auto& c : cases) {
     NodeTree tree;
-    const NodeId group = tree.Add(kRootNode, Placement::kLastChild, c.kind, 0, c.text, NodeImage::kThreads);
-    for (const int number : {1, 2})
-      tree.Add(group, Placement::kLastChild, NodeKind::kAuthorMessage, number, "", NodeImage::kMessage);
+    const NodeId group = tree.Add(kRootNode, Placement::kLastChild, c.kind, 0, c.text);
+    for (const int number : {1, 2}) tree.Add(group, Placement::kLastChild, NodeKind::kAuthorMessage, number, "");
     const MessageView view = ViewOfGroup(tree, group);
     EXPECT_EQ(view.status ? std::optional(ToUtf8(*view.status)) : std::nullopt, c.status);
     EXPECT_EQ(view.body, "No Text");

@@ -17,16 +17,14 @@ namespace {
 
 using testing::ElementsAre;
 
-NodeId AddTop(NodeTree& tree, NodeKind kind) {
-  return tree.Add(kRootNode, Placement::kLastChild, kind, 0, "", NodeImage::kThreads);
-}
+NodeId AddTop(NodeTree& tree, NodeKind kind) { return tree.Add(kRootNode, Placement::kLastChild, kind, 0, ""); }
 
 NodeId AddMessage(NodeTree& tree, NodeId parent, Placement placement, std::int32_t number) {
-  return tree.Add(parent, placement, NodeKind::kThreadMessage, number, "", NodeImage::kReply);
+  return tree.Add(parent, placement, NodeKind::kThreadMessage, number, "");
 }
 
 NodeId AddAuthor(NodeTree& tree, NodeId parent, std::string_view author) {
-  return tree.Add(parent, Placement::kLastChild, NodeKind::kAuthor, 0, author, NodeImage::kAuthor);
+  return tree.Add(parent, Placement::kLastChild, NodeKind::kAuthor, 0, author);
 }
 
 std::vector<std::string> ChildTexts(const NodeTree& tree, NodeId node) {
@@ -54,7 +52,8 @@ TEST(NodeTree, RefusesASecondNodeOfOneKeyAndAnUnknownRelative) {
   EXPECT_EQ(ErrorNumberOf([&] { AddAuthor(tree, threads, "Ivan"); }), error_number::kNodeExists);
   EXPECT_EQ(ErrorNumberOf([&] { AddMessage(tree, kNoNode, Placement::kLastChild, 2); }), error_number::kNoSuchNode);
   AddAuthor(tree, threads, "IVAN");  // letter case tells keys apart
-  tree.Add(threads, Placement::kLastChild, NodeKind::kDateMessage, 1, "", NodeImage::kMessage);
+  const NodeId dated = tree.Add(threads, Placement::kLastChild, NodeKind::kDateMessage, 1, "");
+  EXPECT_EQ(ErrorNumberOf([&] { AddMessage(tree, dated, Placement::kLastChild, 3); }), error_number::kNoSuchNode);
   EXPECT_EQ(TreeText(tree), "Цепочка\n  C0000001\n  WIvan\n  WIVAN\n  D0000001\n");
 }
 
@@ -84,17 +83,14 @@ TEST(NodeTree, KeepsSortedChildrenSorted) {
 
 TEST(NodeTree, ASharedTextSurvivesTheNodesThatGo) {
   NodeTree tree;
-  const NodeId threads = AddTop(tree, NodeKind::kThreads), results = AddTop(tree, NodeKind::kResults);
+  const NodeId threads = AddTop(tree, NodeKind::kThreads);
   const NodeLabel shared = tree.AddLabel(1, "shared");
-  const NodeId first =
-      tree.Add(threads, Placement::kLastChild, NodeKind::kThreadMessage, shared, NodeImage::kThreadStart);
-  const NodeId second = tree.Add(threads, Placement::kLastChild, NodeKind::kDateMessage, shared, NodeImage::kMessage);
+  const NodeId first = tree.Add(threads, Placement::kLastChild, NodeKind::kThreadMessage, shared);
+  const NodeId second = tree.Add(threads, Placement::kLastChild, NodeKind::kDateMessage, shared);
   tree.Remove(first);
-  tree.SetText(results, "Результаты поиска : 2 записей"_ru);
-  tree.SetText(results, "Результаты поиска : 13 записей"_ru);
   EXPECT_EQ(tree.Text(second), "shared");
-  EXPECT_EQ(cp1251::ToUtf8(tree.Text(results)), "Результаты поиска : 13 записей");
-  EXPECT_EQ(tree.Find(NodeKind::kResults), results);
+  EXPECT_EQ(tree.Find(NodeKind::kThreadMessage, 1), kNoNode);
+  EXPECT_EQ(tree.Find(NodeKind::kDateMessage, 1), second);
 }
 
 /// The same operations on the plainest tree that can do them.
@@ -120,6 +116,16 @@ struct NaiveTree {
   }
 };
 
+void ExpectSame(const NodeTree& tree, const std::vector<std::int32_t>& dated, NodeId day) {
+  ASSERT_EQ(tree.ChildCount(day), dated.size());
+  for (std::size_t row = 0; row < dated.size(); ++row) {
+    const NodeId message = tree.Find(NodeKind::kDateMessage, dated[row]);
+    ASSERT_EQ(tree.Child(day, row), message) << dated[row];
+    ASSERT_EQ(tree.Row(message), row);
+    ASSERT_EQ(tree.Text(message), std::to_string(dated[row]));
+  }
+}
+
 void ExpectSame(const NodeTree& tree, const NaiveTree& naive, NodeId top) {
   for (const auto& [number, node] : naive.nodes) {
     const NodeId id = number == 0 ? top : tree.Find(NodeKind::kThreadMessage, number);
@@ -140,8 +146,8 @@ TEST(NodeTree, BehavesLikeAPlainTreeWhateverIsDoneToIt) {
   const auto upto = [&](std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n)(random); };
   NodeTree tree;
   NaiveTree naive;
-  const NodeId top = AddTop(tree, NodeKind::kThreads);
-  std::vector<std::int32_t> numbers{0};
+  const NodeId top = AddTop(tree, NodeKind::kThreads), day = AddTop(tree, NodeKind::kDates);
+  std::vector<std::int32_t> numbers{0}, dated;
   for (int step = 0; step < 4'000; ++step) {
     const std::int32_t picked = numbers[upto(numbers.size() - 1)];
     const auto number = static_cast<std::int32_t>(upto(30'000) * 131'072);  // alike in their low bits
@@ -149,16 +155,26 @@ TEST(NodeTree, BehavesLikeAPlainTreeWhateverIsDoneToIt) {
       tree.Remove(tree.Find(NodeKind::kThreadMessage, picked));
       naive.Remove(picked);
       std::erase_if(numbers, [&](std::int32_t n) { return !naive.nodes.contains(n); });
+    } else if (!dated.empty() && upto(10) == 0) {
+      const auto gone = dated.begin() + static_cast<std::ptrdiff_t>(upto(dated.size() - 1));
+      tree.Remove(tree.Find(NodeKind::kDateMessage, *gone));
+      dated.erase(gone);
     } else if (!naive.nodes.contains(number)) {
       const NodeId parent = picked == 0 ? top : tree.Find(NodeKind::kThreadMessage, picked);
       const Placement placement = upto(1) == 0 ? Placement::kFirstChild : Placement::kLastChild;
-      tree.Add(parent, placement, NodeKind::kThreadMessage, number, std::to_string(number), NodeImage::kReply);
+      const NodeLabel label = tree.AddLabel(number, std::to_string(number));
+      tree.Add(parent, placement, NodeKind::kThreadMessage, label);
       naive.Add(picked, placement, number);
+      if (tree.Find(NodeKind::kDateMessage, number) == kNoNode) {
+        tree.Add(day, Placement::kLastChild, NodeKind::kDateMessage, label);
+        dated.push_back(number);
+      }
       numbers.push_back(number);
     }
     if (step % 250 == 249) {
       if (step % 500 == 249) tree.ShrinkToFit();
       ASSERT_NO_FATAL_FAILURE(ExpectSame(tree, naive, top)) << step;
+      ASSERT_NO_FATAL_FAILURE(ExpectSame(tree, dated, day)) << step;
     }
   }
 }

@@ -12,6 +12,7 @@
 #include "base/ru_literal.h"
 #include "config/user_settings.h"
 #include "explorer/base_rows.h"
+#include "explorer/ui/long_work.h"
 #include "explorer/ui/tree_expansion.h"
 #include "store/message_rows.h"
 #include "text/numbers.h"
@@ -37,6 +38,8 @@ KDVExplorer::KDVExplorer(const ExplorerNeeds& needs) : needs_(needs), base_(need
   resize(kFirstSize);
   AddControls();
   AddTreeMenu();
+  commands_ = std::make_unique<MessageCommands>(
+      MessageCommandNeeds{this, needs_.dialogs, base_, model_, tree_, StatBar_, Progress_, *this});
   ConnectControls();
   Form_Load();
 }
@@ -80,16 +83,26 @@ void KDVExplorer::AddTreeMenu() {
     QAction* entry = tree_menu_->addAction(Icon(icon), text);
     entry->setObjectName(QString::fromLatin1(name));
     entry->setEnabled(false);
+    return entry;
   };
-  add("mnuDelete", IconName::kDelete, QStringLiteral("Удалить сообщение"));
-  add("mnuDeleteThread", IconName::kDeleteThread, QStringLiteral("Удалить вместе с ответами"));
+  mnuDelete_ = add("mnuDelete", IconName::kDelete, QStringLiteral("Удалить сообщение"));
+  mnuDeleteThread_ = add("mnuDeleteThread", IconName::kDeleteThread, QStringLiteral("Удалить вместе с ответами"));
+  mnuDelete_->setShortcut(QKeySequence::Delete);
+  mnuDelete_->setShortcutContext(Qt::WidgetShortcut);
+  tree_->addAction(mnuDelete_);
 }
 
 void KDVExplorer::ConnectControls() {
   connect(tBar_, &ToolBar::ButtonClick, this, &KDVExplorer::tBar_ButtonClick);
+  connect(tBar_, &ToolBar::ButtonMenuClick, this, &KDVExplorer::tBar_ButtonMenuClick);
   connect(tree_, &MessageTree::NodeChosen, this, &KDVExplorer::tree_NodeClick);
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &KDVExplorer::UpdateTreeMenu);
+  connect(model_, &TreeModel::modelReset, this, &KDVExplorer::UpdateTreeMenu);
+  connect(model_, &TreeModel::rowsRemoved, this, &KDVExplorer::UpdateTreeMenu);
   connect(tree_, &MessageTree::MenuWanted, this,
           [this](const QModelIndex&, const QPoint& place) { tree_menu_->popup(place); });
+  connect(mnuDelete_, &QAction::triggered, this, [this] { RunOnNode(&MessageCommands::Delete); });
+  connect(mnuDeleteThread_, &QAction::triggered, this, [this] { RunOnNode(&MessageCommands::DeleteWithReplies); });
   connect(pane_->body, &MessageBody::LinkChosen, this, [this](const QUrl& target) { needs_.windows.OpenLink(target); });
 }
 
@@ -168,14 +181,10 @@ void KDVExplorer::SR() {
 }
 
 void KDVExplorer::BuildTreeOfBase() {
-  const Hourglass hourglass;
+  const LongWork work(Progress_);
   ClearTree();
-  Progress_->setValue(0);
-  Progress_->show();
   try {
-    const auto settings = user_settings::ToTreeSettings(user_settings::SettingsForOpening(needs_.settings));
-    BaseRows rows(base_.connection(), settings);
-    BuiltTree built = BuildTree(rows, settings, needs_.clock, *this, *this);
+    BuiltTree built = ReadTree();
     const NodeId threads = built.tree.Find(NodeKind::kThreads);
     if (threads != kNoNode) built.tree.SetExpanded(threads, true);  // or the window would show five lines
     model_->SetTree(std::move(built.tree));
@@ -184,7 +193,13 @@ void KDVExplorer::BuildTreeOfBase() {
   } catch (const Error& error) {
     Tell(Cat(error.number(), "\r\n", error.what()));
   }
-  Progress_->hide();
+}
+
+// The rows are given back before the tree is shown.
+BuiltTree KDVExplorer::ReadTree() {
+  const auto settings = user_settings::ToTreeSettings(user_settings::SettingsForOpening(needs_.settings));
+  BaseRows rows(base_.connection(), settings);
+  return BuildTree(rows, settings, needs_.clock, *this, *this);
 }
 
 void KDVExplorer::ClearTree() {
@@ -210,16 +225,42 @@ void KDVExplorer::tBar_ButtonClick(const QString& tag, bool archive) {
     case 2: return needs_.windows.Download(*this);
     case 4: return needs_.windows.About(*this);
     case 5: return SR();
+    case 6: return Run(&MessageCommands::FindText);
     case 7: return needs_.windows.Properties(*this);
     default: return;
   }
 }
 
+void KDVExplorer::tBar_ButtonMenuClick(const QString& tag) {
+  if (tag == QStringLiteral("п1")) return Run(&MessageCommands::FindEmails);
+  if (tag == QStringLiteral("п2")) return Run(&MessageCommands::FindText);
+}
+
+void KDVExplorer::Run(void (MessageCommands::*command)()) {
+  if (busy_) return;
+  const BusyMark busy(busy_);
+  (*commands_.*command)();
+}
+
+// The right button has made the node under it the current one. Not marked as busy: when the node goes,
+// the view chooses another, which is to be shown.
+void KDVExplorer::RunOnNode(void (MessageCommands::*command)(const QModelIndex&)) {
+  if (!busy_) (*commands_.*command)(tree_->currentIndex());
+}
+
+void KDVExplorer::UpdateTreeMenu() {
+  const NodeId node = model_->NodeOf(tree_->currentIndex());
+  mnuDelete_->setEnabled(CanDelete(model_->Tree(), node));
+  mnuDeleteThread_->setEnabled(CanDeleteWithReplies(model_->Tree(), node));
+}
+
 void KDVExplorer::tree_NodeClick(const QModelIndex& index) {
   if (busy_) return;
   try {
-    const MessageView view = ViewOfNode(model_->NodeOf(index));
-    pane_->Show(view);
+    const NodeId node = model_->NodeOf(index);
+    const MessageView view = ViewOfNode(node);
+    const bool is_found = model_->Tree().Kind(node) == NodeKind::kFoundMessage;
+    pane_->Show(view, is_found ? FromCp1251(TextToMark(commands_->searched())) : QString());
     if (view.status) SetStatus(FromCp1251(*view.status));
     msgKod_ = view.message.value_or(msgKod_);
   } catch (const Error& error) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,6 +13,7 @@
 #include "config/mdl_AZ.h"
 #include "config/settings_store.h"
 #include "explorer/tree_builder.h"
+#include "explorer/ui/message_commands.h"
 #include "explorer/ui/message_pane.h"
 #include "explorer/ui/message_tree.h"
 #include "explorer/ui/other_windows.h"
@@ -71,9 +73,14 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   void LoadPendingBase();
   void ShowOpenDialog(bool days_in_focus);
   void tBar_ButtonClick(const QString& tag, bool archive);
+  void tBar_ButtonMenuClick(const QString& tag);
+  void Run(void (MessageCommands::*command)());
+  void RunOnNode(void (MessageCommands::*command)(const QModelIndex&));
+  void UpdateTreeMenu();
   void tree_NodeClick(const QModelIndex& index);
   MessageView ViewOfNode(NodeId node);
   void BuildTreeOfBase();
+  BuiltTree ReadTree();
   void ClearTree();
   void SetStatus(const QString& text);
   void SetCaption(const QString& caption);
@@ -85,7 +92,7 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   MessageBase base_;
   std::optional<std::string> pending_load_;
   bool first_activation_ = true;
-  bool busy_ = false;     // a base is being opened or a tree built: no other command runs
+  bool busy_ = false;     // a base is opened, a tree built or a search under way: no other command runs
   bool closing_ = false;  // the user closed the window meanwhile
   std::int32_t msgKod_ = 0;
 
@@ -98,4 +105,6 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   StatusPanels* StatBar_;
   QProgressBar* Progress_;
   QMenu* tree_menu_;
+  QAction *mnuDelete_, *mnuDeleteThread_;
+  std::unique_ptr<MessageCommands> commands_;
 };

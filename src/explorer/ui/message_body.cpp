@@ -12,10 +12,12 @@
 
 namespace {
 
-constexpr int kMargin = 12;            // pixels around the text
-constexpr int kReadableColumns = 120;  // average characters a line
-constexpr int kLineHeight = 115;       // per cent of the font's own
-constexpr double kSmallestSize = 6;    // points
+constexpr int kMargin = 12;                                     // pixels around the text
+constexpr int kReadableColumns = 120;                           // average characters a line
+constexpr int kLineHeight = 115;                                // per cent of the font's own
+constexpr double kSmallestSize = 6;                             // points
+constexpr int kMostMarks = 1000;                                // nobody counts more, and each is painted
+constexpr QRgb kMarker = 0xFFFFE066, kMarkedText = 0xFF000000;  // as a text marker does, on dark palettes too
 
 }  // namespace
 
@@ -37,6 +39,21 @@ void MessageBody::ShowText(const QString& text, std::vector<LinkSpan> links) {
   SpaceLines();
   MarkLinks();
   edit.endEditBlock();
+}
+
+void MessageBody::Mark(const QString& found) {
+  QTextEdit::ExtraSelection mark;
+  mark.format.setBackground(QColor(kMarker));
+  mark.format.setForeground(QColor(kMarkedText));
+  QList<QTextEdit::ExtraSelection> marks;
+  for (mark.cursor = document()->find(found); !mark.cursor.isNull() && marks.size() < kMostMarks;
+       mark.cursor = document()->find(found, mark.cursor))
+    marks.append(mark);
+  setExtraSelections(marks);
+  if (marks.isEmpty()) return;
+  QTextCursor first = marks.front().cursor;
+  first.setPosition(first.selectionStart());
+  setTextCursor(first);
 }
 
 void MessageBody::SetTextSize(double points) {

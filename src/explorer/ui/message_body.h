@@ -16,6 +16,8 @@ class MessageBody : public QTextBrowser {
   /// @param text   with LF as line break, which the positions of `links` count as one character. Links can be clicked,
   /// and reached with Tab and Return.
   void ShowText(const QString& text, std::vector<LinkSpan> links);
+  /// Marks a text wherever it stands, letter case ignored, and brings the first place into sight.
+  void Mark(const QString& found);
   /// @param points  0 = the size of the desktop's own font
   void SetTextSize(double points);
 

@@ -71,7 +71,7 @@ void MessagePane::LayOut() {
   body->setMinimumHeight(0);
 }
 
-void MessagePane::Show(const MessageView& view) {
+void MessagePane::Show(const MessageView& view, const QString& found) {
   const auto fill = [](QLineEdit* field, const std::string& text) {
     field->setText(FromCp1251(text));
     field->setCursorPosition(0);
@@ -83,4 +83,5 @@ void MessagePane::Show(const MessageView& view) {
   fill(txtAuthorMail_, view.txtAuthorMail);
   const std::string text = text::ReplaceAll(view.body, "\r\n", "\n");
   body->ShowText(FromCp1251(text), FindLinks(text));
+  body->Mark(found);
 }

@@ -12,7 +12,8 @@ class MessagePane : public QWidget {
   Q_OBJECT
  public:
   explicit MessagePane(QWidget* parent = nullptr);
-  void Show(const MessageView& view);
+  /// @param found  a text to be marked in the body; may be empty
+  void Show(const MessageView& view, const QString& found = {});
   void Clear() { Show({}); }
 
   MessageBody* body;

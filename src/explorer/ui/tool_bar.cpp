@@ -35,7 +35,7 @@ constexpr Command kButtons[] = {
     {"cmdProperties", "7", IconName::kSettings, "Настройки", "Настроить дерево и вид сообщений", "Ctrl+P",
      Offered::kLater},
     kSeparator,
-    {"cmdSearch", "6", IconName::kSearch, "Поиск", "Найти текст во всём архиве", "Ctrl+F", Offered::kLater},
+    {"cmdSearch", "6", IconName::kSearch, "Поиск", "Найти текст во всём архиве", "Ctrl+F", Offered::kWithBase},
     kSeparator,
     {"cmdExport", "", IconName::kExport, "Экспорт", "Записать цепочку сообщений в файл XML", "Ctrl+E", Offered::kLater},
     kSeparator,
@@ -45,8 +45,8 @@ constexpr Command kButtons[] = {
 // The drop-down menu of the search button.
 constexpr Command kSearchEntries[] = {
     {"mnuEmail", "п1", IconName::kEmail, "Адреса E-Mail автора...", "Какие адреса указывал участник форума", "",
-     Offered::kLater},
-    {"mnuSearch", "п2", IconName::kSearch, "Поиск текста...", "Найти текст во всём архиве", "", Offered::kLater},
+     Offered::kWithBase},
+    {"mnuSearch", "п2", IconName::kSearch, "Поиск текста...", "Найти текст во всём архиве", "", Offered::kWithBase},
 };
 
 QString ToolTip(const Command& command) {

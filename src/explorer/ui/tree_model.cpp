@@ -67,7 +67,7 @@ void TreeModel::ShowResults(std::span<const FoundMessage> found) {
   if (old != kNoNode) RemoveNode(old);
   const int row = rowCount();
   beginInsertRows({}, row, row);  // the node is announced together with all that is under it
-  AddFoundMessages(tree_, AddResultsNode(tree_), found);
+  AddResultsNode(tree_, found);
   endInsertRows();
 }
 

@@ -10,7 +10,9 @@
 #include <QCoreApplication>
 #include <QSplitterHandle>
 #include <QTest>
+#include <QTimer>
 
+#include "store/message_rows.h"
 #include "support/fixed_clock.h"
 #include "support/memory_settings.h"
 #include "support/scripted_dialogs.h"
@@ -283,6 +285,161 @@ TEST_F(Explorer, TheStoredTextSizeHoldsFromTheStart) {
   EXPECT_EQ(Find<MessageBody>(explorer, "body")->font().pointSize(), 18);
   explorer.SetTextSize(24);
   EXPECT_EQ(Find<MessageBody>(explorer, "body")->font().pointSize(), 24);
+}
+
+/// The window with the sample base open and its threads shown.
+class ExplorerWithBase : public Explorer {
+ protected:
+  void SetUp() override {
+    if (Sample().empty()) GTEST_SKIP() << "no sample bases";
+    OpenAtStart(explorer_, Sample());
+    explorer_.activateWindow();
+  }
+  void Trigger(const char* action, const QString& answer = {}) {
+    dialogs_.asked.clear();
+    dialogs_.told.clear();
+    dialogs_.line = answer;
+    Find<QAction>(explorer_, action)->trigger();
+  }
+  MessageTree& Tree() { return *Find<MessageTree>(explorer_, "tree"); }
+  const TreeModel& Model() { return *static_cast<const TreeModel*>(Tree().model()); }
+  QModelIndex Results() { return Tree().model()->index(Tree().model()->rowCount() - 1, 0); }
+  std::string ResultsText() { return Results().data().toString().toStdString(); }
+  int ResultCount() { return Tree().model()->rowCount(Results()); }
+  /// Chooses a node of the thread grouping.
+  void Choose(std::int32_t number) {
+    const QModelIndex node = Model().IndexOf(Model().Tree().Find(NodeKind::kThreadMessage, number));
+    Tree().setCurrentIndex(node);
+  }
+  bool IsInTree(std::int32_t number) { return Model().Tree().Find(NodeKind::kThreadMessage, number) != kNoNode; }
+  bool IsInBase(std::int32_t number) { return ReadMessage(explorer_.Base().connection(), number).has_value(); }
+
+  KDVExplorer explorer_{needs_};
+};
+
+TEST_F(Explorer, WithoutABaseNothingIsAsked) {
+  KDVExplorer explorer(needs_);
+  for (const char* tag : {"п1", "п2"}) Find<ToolBar>(explorer, "tBar")->ButtonMenuClick(QString::fromUtf8(tag));
+  Find<ToolBar>(explorer, "tBar")->ButtonClick("6", false);
+  EXPECT_TRUE(dialogs_.asked.empty());
+  EXPECT_TRUE(dialogs_.told.empty());
+}
+
+TEST_F(ExplorerWithBase, ASearchFillsTheResultsAndMarksWhatItFound) {
+  Trigger("cmdSearch", QStringLiteral("РУБЛЬ"));
+  ASSERT_EQ(dialogs_.asked.size(), 1U);
+  EXPECT_EQ(dialogs_.asked[0].toStdString(),
+            "Введите строку для поиска (строка ищется в тексте и теме сообщения, поиск идет по всему архиву)");
+  const std::string count = std::to_string(ResultCount());
+  EXPECT_GT(ResultCount(), 10);
+  EXPECT_EQ(ResultsText(), "Результаты поиска : " + count + " записей");
+  EXPECT_EQ(Status(explorer_), "Найдено " + count + " записей. Они доступны в разделе 'Результаты поиска'");
+  EXPECT_TRUE(Find<QProgressBar>(explorer_, "Progress")->isHidden());
+  const QRect row = Tree().visualRect(Results());
+  EXPECT_TRUE(row.isValid() && Tree().viewport()->rect().intersects(row)) << "the results are in sight";
+
+  auto* body = Find<MessageBody>(explorer_, "body");
+  int marked = 0;
+  for (int hit = 0; hit < ResultCount(); ++hit) {
+    Tree().setCurrentIndex(Tree().model()->index(hit, 0, Results()));
+    for (const auto& mark : body->extraSelections())
+      EXPECT_EQ(mark.cursor.selectedText().toLower().toStdString(), "рубль");
+    marked += !body->extraSelections().isEmpty();
+  }
+  EXPECT_GT(marked, ResultCount() / 2);  // the others hold it in their subjects
+  Choose(3094);
+  EXPECT_TRUE(body->extraSelections().isEmpty());
+
+  Trigger("mnuSearch", QStringLiteral("   "));
+  EXPECT_EQ(ResultsText(), "Результаты поиска : " + count + " записей");
+  Trigger("mnuSearch", QStringLiteral("нет такого текста"));
+  EXPECT_EQ(ResultsText(), "Результаты поиска : 0 записей");
+  EXPECT_EQ(Tree().model()->rowCount(), 5);
+}
+
+TEST_F(ExplorerWithBase, ASearchThatFailsIsToldAndTheNextOneWorks) {
+  Trigger("cmdSearch", QStringLiteral("рубль"));
+  Trigger("cmdSearch", QStringLiteral("it's"));
+  ASSERT_EQ(dialogs_.told.size(), 1U);
+  EXPECT_FALSE(dialogs_.told[0].isEmpty());
+  EXPECT_EQ(ResultsText(), "Результаты поиска");
+  EXPECT_EQ(ResultCount(), 0);
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  Trigger("cmdSearch", QStringLiteral("рубль"));
+  EXPECT_GT(ResultCount(), 0);
+}
+
+TEST_F(ExplorerWithBase, EscStopsASearch) {
+  QTimer::singleShot(0, [this] { QTest::keyClick(&Tree(), Qt::Key_Escape); });  // comes while it runs
+  Trigger("cmdSearch", QStringLiteral("а"));
+  EXPECT_EQ(Status(explorer_), "Поиск остановлен");
+  EXPECT_EQ(ResultCount(), 0);
+  EXPECT_TRUE(dialogs_.told.empty());
+}
+
+TEST_F(ExplorerWithBase, AddressesOfAnAuthorStandInABox) {
+  Trigger("mnuEmail", QStringLiteral("Ковяхков"));
+  EXPECT_EQ(dialogs_.asked.at(0).toStdString(), "Введите ник участника форума :");
+  ASSERT_EQ(dialogs_.told.size(), 1U);
+  EXPECT_THAT(dialogs_.told[0].toStdString(), StartsWith("Ковяхков имеет следующие адреса : \r\n\r\nuser"));
+  Trigger("mnuEmail");
+  EXPECT_TRUE(dialogs_.told.empty());
+}
+
+TEST_F(ExplorerWithBase, AMessageIsDeletedFromBaseAndTree) {
+  Choose(3);  // answers 1
+  EXPECT_TRUE(Find<QAction>(explorer_, "mnuDelete")->isEnabled());
+  dialogs_.ok = false;
+  Trigger("mnuDelete");
+  EXPECT_TRUE(IsInTree(3));
+  dialogs_.ok = true;
+  QTest::keyClick(&Tree(), Qt::Key_Delete);
+  EXPECT_EQ(dialogs_.asked.size(), 2U);
+  EXPECT_FALSE(IsInTree(3));
+  EXPECT_FALSE(IsInBase(3));
+  EXPECT_THAT(Status(explorer_), StartsWith("Сообщение удалено."));
+  EXPECT_TRUE(Tree().currentIndex().isValid());
+  EXPECT_EQ(explorer_.msgKod(), Model().Tree().Number(Model().NodeOf(Tree().currentIndex())))
+      << "the message that is chosen now is on show";
+
+  Choose(1);
+  ASSERT_TRUE(Find<QAction>(explorer_, "mnuDeleteThread")->isEnabled());
+  Trigger("mnuDeleteThread");
+  EXPECT_THAT(Status(explorer_), StartsWith("Удалено "));
+  EXPECT_FALSE(IsInTree(1));
+  EXPECT_FALSE(IsInBase(1));
+  explorer_.SR();
+  EXPECT_THAT(Status(explorer_), StartsWith("Загрузил "));
+  EXPECT_FALSE(IsInTree(3));
+}
+
+TEST_F(ExplorerWithBase, DeletionIsOfferedForMessagesOfThreadsOnly) {
+  const auto offered = [this] {
+    return std::pair(Find<QAction>(explorer_, "mnuDelete")->isEnabled(),
+                     Find<QAction>(explorer_, "mnuDeleteThread")->isEnabled());
+  };
+  EXPECT_EQ(offered(), std::pair(false, false));
+  Choose(1);
+  EXPECT_EQ(offered(), std::pair(true, true));
+  Tree().setCurrentIndex(Tree().model()->index(0, 0));
+  EXPECT_EQ(offered(), std::pair(false, false));
+  Trigger("cmdSearch", QStringLiteral("рубль"));
+  Tree().setCurrentIndex(Tree().model()->index(0, 0, Results()));
+  EXPECT_EQ(offered(), std::pair(false, false));
+  Choose(1);
+  explorer_.SR();
+  EXPECT_EQ(offered(), std::pair(false, false));
+}
+
+TEST_F(ExplorerWithBase, ABaseThatAnotherProgramWritesKeepsItsMessages) {
+  MessageBase other(files_, clock_, ini_);
+  other.OpenBase(Sample());
+  const MessageBase::Writing writing(other);
+  Choose(1);
+  Trigger("mnuDeleteThread");
+  EXPECT_EQ(dialogs_.told.size(), 1U);
+  EXPECT_TRUE(IsInTree(1));
+  EXPECT_TRUE(IsInBase(1));
 }
 
 }  // namespace

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "store/message_base.h"
+#include "support/fixed_clock.h"
+#include "support/listing.h"
+#include "support/temp_folder.h"
+
+/// A copy of a real base, opened, and the listing of its messages by their numbers. Skips without samples.
+class SampleBase : public testing::Test {
+ protected:
+  // Places of the fields in a row of the listing.
+  enum Field : std::size_t { kКод, kВответ, kТема, kДата, kАвтор, kАвторMail, kТекст };
+
+  void Open(const std::string& name) {
+    const std::string sample = std::string(FORUM_SAMPLES) + "/" + name;
+    if (!std::filesystem::exists(sample + ".mdb")) GTEST_SKIP() << "no sample base " << sample;
+    std::filesystem::copy_file(sample + ".mdb", folder_ / "base.mdb");
+    base_.OpenBase(folder_ / "base.mdb");
+    listed_ = ReadListingFile(sample + ".jsonl").at(0).rows;
+    std::sort(listed_.begin(), listed_.end(), [](const auto& a, const auto& b) { return a[kКод] < b[kКод]; });
+  }
+  /// A text of the listing in UTF-8; Null is empty.
+  static std::string TextOf(const nlohmann::json& value) {
+    return value.is_null() ? std::string() : value.get<std::string>();
+  }
+
+  TempFolder folder_;
+  DiskFileSystem files_;
+  FixedClock clock_{1999, 3, 20};
+  mdl_AZ::ForumIni ini_{files_, folder_.path()};
+  MessageBase base_{files_, clock_, ini_};
+  std::vector<nlohmann::json> listed_;
+};
