@@ -35,6 +35,7 @@ class Arguments {
  public:
   const std::string& operator[](std::size_t position) const { return words_[position]; }
   std::size_t size() const { return words_.size(); }
+  std::span<const std::string> Words() const { return words_; }
   bool Has(std::string_view option) const { return options_.find(option) != options_.end(); }
   std::optional<std::string> Value(std::string_view option) const;
 
@@ -47,15 +48,18 @@ class Arguments {
 /// What commands work with.
 struct Context {
   std::ostream& out;
+  std::ostream& errors;  // for what does not end the command
   FileSystem& files;
   const Clock& clock;
 };
 
+inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
 struct Command {
   std::string_view name;
-  std::string_view usage;    // what follows the name
-  std::string_view summary;  // one line
-  std::size_t least_words = 1, most_words = 1;
+  std::string_view usage;                       // what follows the name
+  std::string_view summary;                     // one line
+  std::size_t least_words = 1, most_words = 1;  // kAnyNumber for no limit
   std::span<const Option> options;
   void (*run)(const Arguments& arguments, Context& context) = nullptr;
 };
@@ -65,8 +69,11 @@ struct Command {
 Arguments ReadArguments(const Command& command, std::span<const std::string> words);
 
 // Each file commands_*.cpp contributes its own.
-std::span<const Command> BaseCommands();  // commands_base.cpp
-std::span<const Command> RowCommands();   // commands_rows.cpp
-std::span<const Command> TreeCommands();  // commands_tree.cpp
+std::span<const Command> BaseCommands();    // commands_base.cpp
+std::span<const Command> RowCommands();     // commands_rows.cpp
+std::span<const Command> TreeCommands();    // commands_tree.cpp
+std::span<const Command> PageCommands();    // commands_pages.cpp
+std::span<const Command> ImportCommands();  // commands_import.cpp
+std::span<const Command> UpkeepCommands();  // commands_upkeep.cpp
 
 }  // namespace cli

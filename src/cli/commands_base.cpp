@@ -24,6 +24,7 @@ std::string Hexadecimal(unsigned number) {
 
 void Info(const Arguments& arguments, Context& context) {
   jet::Database base = OpenBase(arguments, context);
+  const jet::Database::Reading reading(base);
   context.out << "Формат: " << VersionName(base.version()) << "\nКодовая страница: " << base.code_page()
               << "\nПорядок сортировки: " << Hexadecimal(base.collation()) << "\nСтраниц: " << base.page_count()
               << "\nТаблиц: " << base.Tables().size() << "\nСохранённых запросов: " << base.Queries().size() << '\n';
@@ -34,6 +35,7 @@ void Info(const Arguments& arguments, Context& context) {
 
 void Tables(const Arguments& arguments, Context& context) {
   jet::Database base = OpenBase(arguments, context);
+  const jet::Database::Reading reading(base);
   for (const jet::CatalogTable& table : base.Tables())
     context.out << jet::DecodeUtf8(base.version(), AsBytes(table.stored_name)) << '\n';
 }

@@ -3,6 +3,7 @@
 #include "base/ru_literal.h"
 #include "cli/command.h"
 #include "cli/json_lines.h"
+#include "jet/column_codec.h"
 #include "jet/database.h"
 #include "jet/text_codec.h"
 #include "sql/connection.h"
@@ -13,8 +14,6 @@ namespace cli {
 namespace {
 
 using jet::ColumnType;
-
-bool IsText(ColumnType type) { return type == ColumnType::kText || type == ColumnType::kMemo; }
 
 /// Prints whole tables with all of Unicode, which the core's Windows-1251 would not hold.
 class Dump {
@@ -78,6 +77,7 @@ int CodePage(const Arguments& arguments) {
 void DumpTables(const Arguments& arguments, Context& context) {
   const int code_page = CodePage(arguments);
   jet::Database base = jet::Database::Open(context.files, arguments[0], jet::Access::kRead);
+  const jet::Database::Reading reading(base);
   Dump dump(base, code_page, context.out);
   for (const jet::CatalogTable& table : base.Tables()) dump.Print(table);
 }

@@ -7,6 +7,7 @@
 #include "base/cp1251.h"
 #include "base/progress.h"
 #include "base/ru_literal.h"
+#include "cli/chosen_clock.h"
 #include "cli/command.h"
 #include "cli/json_lines.h"
 #include "config/user_settings.h"
@@ -30,21 +31,6 @@ struct OpenBase {
         connection(database, context.clock) {}
   jet::Database database;
   sql::Connection connection;
-};
-
-/// The moment that --now names, else the real one.
-class ChosenClock : public Clock {
- public:
-  ChosenClock(const std::optional<std::string>& now, const Clock& real) : real_(real) {
-    if (!now) return;
-    moment_ = text::ParseDate(cp1251::FromUtf8(*now), real);
-    if (!moment_) throw UsageError(Cat("Не дата: "_ru, cp1251::FromUtf8(*now)));
-  }
-  OleDate Now() const override { return moment_ ? *moment_ : real_.Now(); }
-
- private:
-  const Clock& real_;
-  std::optional<OleDate> moment_;
 };
 
 std::int32_t DaysOption(const Arguments& arguments, std::string_view option, std::int32_t missing) {

@@ -51,7 +51,10 @@ struct Appender {
 
 }  // namespace
 
-void AppendText(std::string_view utf8, std::string& to) { to.append(nlohmann::json(utf8).dump()); }
+void AppendText(std::string_view utf8, std::string& to) {
+  constexpr int kOnOneLine = -1;
+  to.append(nlohmann::json(utf8).dump(kOnOneLine, ' ', false, nlohmann::json::error_handler_t::replace));
+}
 
 void AppendValue(const jet::Value& value, std::string& to) { std::visit(Appender{to}, value); }
 

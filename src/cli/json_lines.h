@@ -10,7 +10,7 @@ namespace cli {
 /// The form of listings: an object per table, an array per row, one a line. Texts are UTF-8.
 namespace json_lines {
 
-/// A quoted text.
+/// A quoted text. Bytes that are no UTF-8, as paths may have them, become U+FFFD.
 void AppendText(std::string_view utf8, std::string& to);
 /// A date as days since 1899-12-30, currency and numeric as {"decimal": text}, bytes as
 /// {"bytes": count, "sha256": hex}, a GUID as {"guid": text}, Null as null.

@@ -15,7 +15,7 @@ constexpr std::string_view kHelp = "--help";
 
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
-  for (const auto& commands : {BaseCommands(), RowCommands(), TreeCommands()})
+  for (const auto& commands : {BaseCommands(), RowCommands(), TreeCommands(), PageCommands(), ImportCommands(), UpkeepCommands()})
     all.insert(all.end(), commands.begin(), commands.end());
   return all;
 }
@@ -70,7 +70,7 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
       PrintHelp(out, command);
       return kDone;
     }
-    Context context{out, files, clock};
+    Context context{out, errors, files, clock};
     RunCommand(command, rest, context);
     return kDone;
   } catch (const UsageError& e) {

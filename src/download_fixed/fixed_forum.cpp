@@ -30,6 +30,8 @@ constexpr FixedForum kFixedForums[] = {
         .range_error = "Ошибка : номер первого сообщения больше последнего..."_ru,
         .page_address = RtsAnPageAddress,
         .check = rts_an::trueMsg,
+        .parse = rts_an::ParseMessage,
+        .fields = rts_an::FieldsToStore,
         .import = ImportRtsAnMessage,
         .look_up_last = GetLastRtsAn,
     },
@@ -38,6 +40,8 @@ constexpr FixedForum kFixedForums[] = {
         .range_error = "Ошибка : номер первого сообщения равен или больше последнего..."_ru,  // equal ones pass
         .page_address = KdvPageAddress,
         .check = kdv::trueMsgKDV,
+        .parse = kdv::ParseMessage,
+        .fields = kdv::FieldsToStore,
         .import = ImportKdvMessage,
         .look_up_last = GetLastKDV,
     },

@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "download/stored_fields.h"
 #include "download_fixed/fixed_download.h"
+#include "store/message_record.h"
 
 /// All in which the two forums of fixed addresses differ.
 struct FixedForum {
@@ -14,6 +16,10 @@ struct FixedForum {
   std::string (*page_address)(const FixedDownload&, std::int32_t number);
   /// @return a page_code
   int (*check)(std::string_view page);
+  /// @param step  of the import under way; where a failure happened. @throws Error
+  MessageRecord (*parse)(std::string_view page, std::int32_t number, const Clock& clock, int& step);
+  /// The message as the base takes it.
+  StoredFields (*fields)(const MessageRecord& message);
   void (*import)(const FixedDownload&, std::string_view page, std::int32_t number);
   /// The last number on the forum; 0 when it cannot be found.
   std::int32_t (*look_up_last)(const FixedDownload&);

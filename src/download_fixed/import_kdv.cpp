@@ -1,5 +1,7 @@
 #include "download_fixed/import_kdv.h"
 
+#include <variant>
+
 #include "base/cat.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
@@ -26,26 +28,34 @@ void ShowInRow(SessionView& view, const MessageRecord& message) {
   view.SetCell(row_column::kDate, text::DateText(message.Дата.value_or(kZeroDate)));
 }
 
+// What the log calls the fields.
+struct LoggedField {
+  std::string_view name, prefix;
+};
+constexpr LoggedField kLogged[] = {{"Текст"_ru, "Import: text="},   {"Дата"_ru, "Import: date="},
+                                   {"Автор"_ru, "Import: author="}, {"Тема"_ru, "Import: theme="},
+                                   {"Вответ"_ru, "Import: from="},  {"АвторMail"_ru, "Import: email="},
+                                   {"Код"_ru, "Import: kod="}};
+
+struct LoggedValue {
+  std::string operator()(NotSet) const { return {}; }
+  std::string operator()(std::string_view text) const { return std::string(text); }
+  std::string operator()(std::int32_t number) const { return Cat(number); }
+  std::string operator()(OleDate date) const { return text::DateText(date); }
+};
+
+void LogField(const mdl_AZ::ForumLog& forum_log, const StoredField& field) {
+  for (const LoggedField& logged : kLogged)
+    if (logged.name == field.name) forum_log.Log(Cat(logged.prefix, std::visit(LoggedValue{}, field.value)));
+}
+
 void Store(const FixedDownload& with, const MessageRecord& message) {
-  QueryRecordset& records = with.records;
-  const auto log = [&with](std::string_view prefix, const auto& value) { with.forum_log.Log(Cat(prefix, value)); };
-  const OleDate date = message.Дата.value_or(kZeroDate);
-  records.AddNew();
-  log("Import: text=", message.Текст);
-  records.SetText("Текст"_ru, message.Текст);
-  log("Import: date=", text::DateText(date));
-  records.SetDate("Дата"_ru, date);
-  log("Import: author=", message.Автор);
-  if (!message.Автор.empty()) records.SetText("Автор"_ru, message.Автор);
-  log("Import: theme=", message.Тема);
-  records.SetText("Тема"_ru, message.Тема);
-  log("Import: from=", message.Вответ);
-  records.SetNumber("Вответ"_ru, message.Вответ);
-  log("Import: email=", message.АвторMail);
-  if (!message.АвторMail.empty()) records.SetText("АвторMail"_ru, message.АвторMail);
-  log("Import: kod=", message.Код);
-  records.SetNumber("Код"_ru, message.Код);
-  records.Update();
+  with.records.AddNew();
+  for (const StoredField& field : kdv::FieldsToStore(message)) {
+    LogField(with.forum_log, field);
+    SetField(with.records, field);
+  }
+  with.records.Update();
 }
 
 }  // namespace

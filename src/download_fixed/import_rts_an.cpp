@@ -23,25 +23,14 @@ void ShowInRow(SessionView& view, const MessageRecord& message) {
   view.SetCell(row_column::kDate, text::FormatDate(message.Дата, "dd/mm/yy"));
 }
 
+// The new record is part of the first field's step.
 void Store(QueryRecordset& records, const MessageRecord& message, int& step) {
   step = 20;
   records.AddNew();
-  records.SetText("Текст"_ru, message.Текст);
-  step = 21;
-  if (message.Дата) records.SetDate("Дата"_ru, *message.Дата);
-  step = 22;
-  if (!message.Автор.empty()) records.SetText("Автор"_ru, message.Автор);
-  step = 23;
-  records.SetText("Тема"_ru, message.Тема);
-  step = 24;
-  records.SetNumber("Вответ"_ru, message.Вответ);
-  step = 25;
-  if (!message.АвторMail.empty()) records.SetText("АвторMail"_ru, message.АвторMail);
-  step = 26;
-  records.SetNumber("Код"_ru, message.Код);
-  step = 27;
-  records.SetText("Картинка"_ru, message.Картинка);
-  step = 28;
+  for (const StoredField& field : rts_an::FieldsToStore(message)) {
+    SetField(records, field);
+    ++step;
+  }
   records.Update();
 }
 

@@ -44,4 +44,14 @@ MessageRecord ParseMessage(std::string_view raw_page, std::int32_t number, const
   return message;
 }
 
+StoredFields FieldsToStore(const MessageRecord& message) {
+  return {{"Текст"_ru, message.Текст},
+          {"Дата"_ru, message.Дата.value_or(OleDate{0})},
+          TextUnlessEmpty("Автор"_ru, message.Автор),
+          {"Тема"_ru, message.Тема},
+          {"Вответ"_ru, message.Вответ},
+          TextUnlessEmpty("АвторMail"_ru, message.АвторMail),
+          {"Код"_ru, message.Код}};
+}
+
 }  // namespace kdv

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/clock.h"
+#include "download/stored_fields.h"
 #include "store/message_record.h"
 
 /// Pages of the kdv forum.
@@ -18,5 +19,8 @@ int trueMsgKDV(std::string_view page);
 /// @param step    the step of the import under way, 2 to 6; tells where a failure happened
 /// @throws Error 6 (step 4: a parent's number too large)
 MessageRecord ParseMessage(std::string_view page, std::int32_t number, const Clock& clock, int& step);
+
+/// The message as the base takes it: a nick and an e-mail only when there are some.
+StoredFields FieldsToStore(const MessageRecord& message);
 
 }  // namespace kdv

@@ -135,6 +135,17 @@ MessageRecord ParseMessage(std::string_view raw_page, std::int32_t number, const
   return message;
 }
 
+StoredFields FieldsToStore(const MessageRecord& message) {
+  return {{"Текст"_ru, message.Текст},
+          DateIfAny("Дата"_ru, message.Дата),
+          TextUnlessEmpty("Автор"_ru, message.Автор),
+          {"Тема"_ru, message.Тема},
+          {"Вответ"_ru, message.Вответ},
+          TextUnlessEmpty("АвторMail"_ru, message.АвторMail),
+          {"Код"_ru, message.Код},
+          {"Картинка"_ru, message.Картинка}};
+}
+
 std::int32_t HighestNumber(std::string_view front_page) {
   std::int32_t highest = 0;
   for (std::size_t at = 1; (at = text::Find(at, front_page, kMessageLink)) != 0;) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/clock.h"
+#include "download/stored_fields.h"
 #include "store/message_record.h"
 
 /// Pages of the rts-an forum.
@@ -19,6 +20,9 @@ int trueMsg(std::string_view page);
 /// @param step    the step of the import under way, 2 to 18; tells where a failure happened
 /// @throws Error 9 or ConversionError 13 (step 15: no date), Error 6 (step 17: a parent's number too large)
 MessageRecord ParseMessage(std::string_view page, std::int32_t number, const Clock& clock, int& step);
+
+/// The message as the base takes it: a nick and an e-mail only when there are some.
+StoredFields FieldsToStore(const MessageRecord& message);
 
 /// The highest message number that the front page links to; 0 when it links to none. A link whose number is
 /// not cleanly enclosed ends the search. @throws Error 6 for a number too large

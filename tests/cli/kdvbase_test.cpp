@@ -1,7 +1,5 @@
 // The command line tool as a user calls it, run in this process.
 
-#include "cli/tool.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +7,8 @@
 #include <sstream>
 
 #include "base/file.h"
+#include "cli/run_tool.h"
+#include "cli/tool.h"
 #include "support/fixed_clock.h"
 
 namespace cli {
@@ -16,22 +16,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
-
-struct Outcome {
-  int status = 0;
-  std::string out, errors;
-};
-
-Outcome Kdvbase(const std::vector<std::string>& words) {
-  std::ostringstream out, errors;
-  DiskFileSystem files;
-  const FixedClock clock(2002, 3, 15);
-  Outcome outcome;
-  outcome.status = RunTool(words, out, errors, files, clock);
-  outcome.out = out.str();
-  outcome.errors = errors.str();
-  return outcome;
-}
 
 std::string Sample(const std::string& name) { return std::string(FORUM_SAMPLES) + "/" + name + ".mdb"; }
 

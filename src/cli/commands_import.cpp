@@ -1,0 +1,81 @@
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/cat.h"
+#include "base/cp1251.h"
+#include "base/error.h"
+#include "base/progress.h"
+#include "base/ru_literal.h"
+#include "cli/command.h"
+#include "config/mdl_AZ.h"
+#include "config/program_folder.h"
+#include "saved_pages/import_saved_pages.h"
+#include "store/base_recordset.h"
+#include "store/message_base.h"
+
+namespace cli {
+namespace {
+
+class TroubleLines : public page_files::Trouble {
+ public:
+  explicit TroubleLines(std::ostream& errors) : errors_(errors) {}
+  void Tell(const std::string& path, std::string_view why) override {
+    errors_ << path << ": " << cp1251::ToUtf8(why) << '\n';
+  }
+
+ private:
+  std::ostream& errors_;
+};
+
+/// A line for every tenth of a long import.
+class TenthLines : public Progress {
+ public:
+  TenthLines(std::ostream& errors, std::size_t pages) : errors_(errors), tells_(pages >= kLong) {}
+  bool Advance(int percent) override {
+    if (tells_ && percent / 10 > tenths_) errors_ << 10 * (tenths_ = percent / 10) << " %" << std::endl;
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kLong = 1000;
+  std::ostream& errors_;
+  bool tells_;
+  int tenths_ = 0;
+};
+
+std::string KindOf(const Arguments& arguments, const MessageBase& base) {
+  std::string kind = cp1251::FromUtf8(arguments.Value("--kind").value_or(base.forum_kind()));
+  if (kind.empty()) throw UsageError("Из имени базы непонятно, какого она форума: нужен --kind"_ru);
+  return kind;
+}
+
+void Import(const Arguments& arguments, Context& context) {
+  const std::string data_dir = arguments.Value("--data-dir").value_or("");
+  const mdl_AZ::ForumIni ini(context.files, program_folder::Find(program_folder::OfThisProcess(data_dir)));
+  MessageBase base(context.files, context.clock, ini);
+  base.OpenBase(arguments[0]);
+  const std::string kind = KindOf(arguments, base);
+  TroubleLines trouble(context.errors);
+  const std::vector<std::string> pages = page_files::Find(arguments.Words().subspan(1), trouble);
+  TenthLines progress(context.errors, pages.size());
+  BaseRecordset records(base);
+  const ImportTotals totals = ImportSavedPages({context.files, records, context.clock, progress, trouble}, kind, pages);
+  context.out << cp1251::ToUtf8(ImportSummary(totals)) << '\n';
+  if (totals.not_imported > 0)
+    throw Error(error_number::kNoSuchItem, Cat("Не записано страниц: "_ru, totals.not_imported));
+}
+
+constexpr Option kOptions[] = {{"--kind", true}};
+
+constexpr Command kCommands[] = {
+    {"import", "БАЗА СТРАНИЦА|ПАПКА... [--kind ФОРУМ]",
+     "записать в базу сообщения сохранённых страниц; номер сообщения стоит в имени файла", 2, kAnyNumber, kOptions,
+     Import},
+};
+
+}  // namespace
+
+std::span<const Command> ImportCommands() { return kCommands; }
+
+}  // namespace cli
