@@ -12,6 +12,9 @@ using jet::ColumnType;
 // As wide as a text can be: what a page says is cut nowhere.
 constexpr std::uint16_t kTextWidth = 255;
 
+// Columns of indexes; clang 14 cannot convert such literals inside a list.
+constexpr std::string_view kКод = "Код"_ru, kВответ = "Вответ"_ru;
+
 constexpr jet::NewColumn kColumns[] = {
     {.name = "Код"_ru, .type = ColumnType::kLong},
     {.name = "Вответ"_ru, .type = ColumnType::kLong},
@@ -60,8 +63,7 @@ std::vector<jet::NewProperties> Properties() {
 }  // namespace
 
 void CreateMessageBase(FileSystem& files, const std::string& path, const jet::NewBase& kind, const Clock& clock) {
-  const jet::NewIndex indexes[] = {jet::PrimaryKey("PrimaryKey", {"Код"_ru}),
-                                   {.name = "Вответ"_ru, .columns = {"Вответ"_ru}}};
+  const jet::NewIndex indexes[] = {jet::PrimaryKey("PrimaryKey", {kКод}), {.name = "Вответ"_ru, .columns = {kВответ}}};
   jet::CreateBase(files, path, kind, clock.Now(), [&](jet::CatalogWriter& catalog, const jet::Header& header) {
     catalog.CreateTable("База"_ru, jet::DesignTable(header, kColumns, indexes), Properties());
     catalog.CreateQuery("БазаИндекс"_ru, kIndexQuery);

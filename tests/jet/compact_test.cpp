@@ -22,6 +22,9 @@
 namespace jet {
 namespace {
 
+// Columns of indexes; clang 14 cannot convert such literals inside a list.
+constexpr std::string_view kКод = "Код"_ru, kТема = "Тема"_ru, kАвтор = "Автор"_ru;
+
 const std::string kPath = "forum.mdb";
 
 class Stopping : public Progress {
@@ -71,7 +74,7 @@ void MakeForum(FaultyFileSystem& disk, Version version) {
   constexpr NewColumn kColumns[] = {{.name = "Код"_ru, .type = ColumnType::kLong, .autonumber = true},
                                     {.name = "Тема"_ru, .type = ColumnType::kText, .length = 50},
                                     {.name = "Текст"_ru, .type = ColumnType::kMemo}};
-  const NewIndex indexes[] = {PrimaryKey("PrimaryKey", {"Код"_ru}), {.name = "Тема"_ru, .columns = {"Тема"_ru}}};
+  const NewIndex indexes[] = {PrimaryKey("PrimaryKey", {kКод}), {.name = "Тема"_ru, .columns = {kТема}}};
   CreateBase(disk, kPath, {version, SortOrder::kGeneral}, OleDate{40000}, [&](CatalogWriter& catalog, const Header& h) {
     const NewProperties properties[] = {{.column = "Тема"_ru, .allow_zero_length = true}};
     catalog.CreateTable("База"_ru, DesignTable(h, kColumns, indexes), properties);
@@ -96,6 +99,19 @@ class Compacting : public testing::TestWithParam<Version> {
  protected:
   void SetUp() override { MakeForum(disk, GetParam()); }
   Database Opened(const std::string& path = kPath) { return Database::Open(disk, path, Access::kRead); }
+
+  /// The base is in its place with all that it held, its backup too when there is one; and it can be compacted.
+  void ExpectWhole(FaultyFileSystem& files, const std::string& what) {
+    Database original = Opened();
+    const auto expected = Contents(original);
+    for (const std::string& path : {kPath, BackupPath(kPath)}) {
+      if (path != kPath && !files.Exists(path)) continue;
+      ASSERT_TRUE(files.Exists(path)) << what;
+      Database base = Database::Open(files, path, Access::kRead);
+      EXPECT_EQ(Contents(base), expected) << what << path;
+    }
+    EXPECT_TRUE(Compact(files, kPath, {}, nobody).complete) << what;
+  }
 
   FaultyFileSystem disk;
   NoProgress nobody;
@@ -166,8 +182,6 @@ TEST_P(Compacting, AUserWhoStopsItFindsTheBaseAsItWas) {
 
 // Whether it was compacted or not, the base is there with all its messages, and can be compacted again.
 TEST_P(Compacting, WhateverFailsTheBaseIsWholeAndInItsPlace) {
-  Database original = Opened();
-  const auto expected = Contents(original);
   FaultyFileSystem counting(kPath, disk.Content(kPath));
   Compact(counting, kPath, {}, nobody);
   using Fault = FaultyFileSystem::Fault;
@@ -180,15 +194,10 @@ TEST_P(Compacting, WhateverFailsTheBaseIsWholeAndInItsPlace) {
         Compact(files, kPath, {}, nobody);
       } catch (const FileError&) {
       }
-      const auto after = fault == Fault::kPowerCut ? files.AfterPowerCut(FaultyFileSystem::Unsynced::kMixed, operation)
-                                                   : files.AfterKill();
       const std::string what = counting.log()[operation - 1] + " " + std::to_string(operation);
-      ASSERT_TRUE(after->Exists(kPath)) << what;
-      {
-        Database base = Database::Open(*after, kPath, Access::kRead);
-        EXPECT_EQ(Contents(base), expected) << what;
-      }
-      EXPECT_TRUE(Compact(*after, kPath, {}, nobody).complete) << what;
+      if (fault != Fault::kPowerCut) ExpectWhole(*files.AfterKill(), what);
+      for (std::uint64_t seed = 0; fault == Fault::kPowerCut && seed < 4; ++seed)
+        ExpectWhole(*files.AfterPowerCut(FaultyFileSystem::Unsynced::kMixed, seed), what);
     }
 }
 
@@ -196,7 +205,7 @@ TEST(CompactingUnknownOrder, LeavesTheIndexOutOnlyWhenAsked) {
   FaultyFileSystem disk;
   constexpr NewColumn kColumns[] = {{.name = "Код"_ru, .type = ColumnType::kLong},
                                     {.name = "Автор"_ru, .type = ColumnType::kText, .length = 50}};
-  const NewIndex indexes[] = {PrimaryKey("PrimaryKey", {"Код"_ru}), {.name = "Автор"_ru, .columns = {"Автор"_ru}}};
+  const NewIndex indexes[] = {PrimaryKey("PrimaryKey", {kКод}), {.name = "Автор"_ru, .columns = {kАвтор}}};
   CreateBase(disk, kPath, {Version::kJet3, SortOrder::kRussian}, OleDate{40000},
              [&](CatalogWriter& catalog, const Header& header) {
                catalog.CreateTable("База"_ru, DesignTable(header, kColumns, indexes));
