@@ -19,7 +19,6 @@
 #include <string>
 #include <vector>
 
-#include "base/cat.h"
 #include "base/clock.h"
 #include "base/cp1251.h"
 #include "base/file.h"
@@ -144,8 +143,7 @@ bool RunProgram(const std::vector<std::string>& words) {
   const bool started = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0;
   posix_spawn_file_actions_destroy(&actions);
   int status = 0;
-  constexpr int kLeastFailure = 2;  // grep says 1 when there is no hit
-  return started && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) < kLeastFailure;
+  return started && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 void PrintRatio(const char* what, double ours, const char* peer, double theirs) {
@@ -174,14 +172,10 @@ void Measure(const std::string& path) {
   });
   bool ran = true;
   const double exported = BestMilliseconds([&] { ran = ran && RunProgram({"mdb-export", path, "База"}); });
-  if (ran) PrintRatio("whole table, base opened anew", whole, "mdb-export", exported);
-
-  const std::string word = cp1251::FromUtf8("нетакогослова");
-  const std::string search =
-      Cat("select * from [База] where [Текст] Like '*"_ru, word, "*' or [Тема] Like '*"_ru, word, "*'");
-  const double found = BestMilliseconds([&] { ReadAll(connection.OpenSnapshot(search)); });
-  const double grepped = BestMilliseconds([&] { ran = RunProgram({"grep", "-c", "-a", word, path}); });
-  if (ran) PrintRatio("search without a hit", found, "grep -c", grepped);
+  if (ran)
+    PrintRatio("whole table, base opened anew", whole, "mdb-export", exported);
+  else
+    std::printf("  whole table, base opened anew %9.3f ms   mdb-export failed or is not installed\n", whole);
 }
 
 std::vector<std::string> Bases(int count, char** arguments) {
@@ -201,6 +195,7 @@ std::vector<std::string> Bases(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  ::setenv("MDB_JET3_CHARSET", "cp1251", 1);  // whatever the header says, so are the texts
   try {
     for (const std::string& base : Bases(count, arguments)) Measure(base);
     return 0;

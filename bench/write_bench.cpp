@@ -1,7 +1,6 @@
 // Messages that are stored and deleted: our engine against SQLite holding the same rows (rollback
-// journal, synchronous=FULL) on the same disk, in turns. Then, for the bases given as arguments, the search for
-// a word against grep -c. The folder of the files is FORUM_BENCH_FOLDER, else the current one: one in memory
-// would measure nothing.
+// journal, synchronous=FULL) on the same disk, in turns. The folder of the files is FORUM_BENCH_FOLDER, else the
+// current one: one in memory would measure nothing.
 
 #include <sqlite3.h>
 
@@ -13,10 +12,8 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "base/cat.h"
 #include "base/clock.h"
 #include "base/ru_literal.h"
 #include "store/base_edits.h"
@@ -27,7 +24,6 @@ namespace {
 
 constexpr int kRounds = 5;
 constexpr std::int32_t kSingles = 100, kBulk = 20'000, kThread = 1'000;
-constexpr const char* kWord = "слово";
 
 double Seconds(const std::function<void()>& run) {
   const auto start = std::chrono::steady_clock::now();
@@ -157,29 +153,9 @@ void Measure(const std::string& folder, Times& best) {
   best.thread = std::min(best.thread, Seconds([&] { engine.Delete(thread); }));
 }
 
-void CompareSearch(const std::string& path) {
-  DiskFileSystem files;
-  const SystemClock clock;
-  jet::Database base = jet::Database::Open(files, path, jet::Access::kRead);
-  sql::Connection connection(base, clock);
-  const std::string_view statement = "select * from [База] where [Текст] Like '*слово*' or [Тема] Like '*слово*'"_ru;
-  const std::string pattern = base.version() == jet::Version::kJet3
-                                  ? "$(printf %s " + std::string(kWord) + " | iconv -t cp1251)"
-                                  : std::string(kWord);
-  const std::string grep = "LC_ALL=C grep -c -a \"" + pattern + "\" '" + path + "' > /dev/null";
-  double ours = 1e9, peer = 1e9;
-  for (int round = 0; round < kRounds; ++round) {
-    ours = std::min(ours, Seconds([&] { connection.OpenSnapshot(statement); }));
-    peer = std::min(peer, Seconds([&] {
-                      if (std::system(grep.c_str()) == -1) throw std::runtime_error("no shell");
-                    }));
-  }
-  std::printf("%s: search %.1f ms, grep -c %.1f ms, ratio %.2f\n", path.c_str(), ours * 1e3, peer * 1e3, ours / peer);
-}
-
 }  // namespace
 
-int main(int argc, char** argv) {
+int main() {
   const char* const chosen = std::getenv("FORUM_BENCH_FOLDER");
   const std::string folder = chosen == nullptr ? "." : chosen;
   Times ours, peer;
@@ -194,5 +170,4 @@ int main(int argc, char** argv) {
               kBulk / peer.bulk, peer.bulk / ours.bulk);
   std::printf("deletion of %d messages: %.1f ms, SQLite %.1f ms, ratio %.2f\n", kThread, ours.thread * 1e3,
               peer.thread * 1e3, peer.thread / ours.thread);
-  for (int i = 1; i < argc; ++i) CompareSearch(argv[i]);
 }

@@ -48,7 +48,7 @@ bool CheckRowPage(CheckContext& context, std::uint32_t page, std::uint32_t owner
   return context.Try(where, [&] {
     const Page handle = context.file().Read(page);
     const DataPage rows(context.layout(), handle, owner);
-    for (std::size_t slot = 0; slot < rows.slots(); ++slot)
+    for (std::size_t slot = 0; slot < rows.slot_count(); ++slot)
       if (!context.Try(where, [&] { rows.Row(slot); })) return;
     if (handle.U16(kFreeSpaceAt) != rows.free())
       context.Error(Cat(where, ", страница "_ru, page, ": свободное место посчитано неверно: записано "_ru,

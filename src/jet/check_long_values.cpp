@@ -76,7 +76,7 @@ void LongValueCheck::CheckLeftovers() {
     const Page handle = context_.file().Read(page);
     const DataPage rows(context_.layout(), handle);
     std::size_t lost = 0;
-    for (std::size_t slot = 0; slot < rows.slots(); ++slot)
+    for (std::size_t slot = 0; slot < rows.slot_count(); ++slot)
       if (rows.Flags(slot) == 0 && !parts_.Contains({page, static_cast<std::uint8_t>(slot)})) ++lost;
     if (lost != 0 || !parts_.HasPage(page))
       context_.Warning(

@@ -56,7 +56,7 @@ void TableCheck::CheckPage(std::uint32_t number, const Visit& visit) {
   if (!CheckRowPage(context_, number, def_.page, name_)) return;
   const Page page = context_.file().Read(number);
   const DataPage rows(context_.layout(), page);
-  for (std::size_t slot = 0; slot < rows.slots(); ++slot) {
+  for (std::size_t slot = 0; slot < rows.slot_count(); ++slot) {
     const RowId id{number, static_cast<std::uint8_t>(slot)};
     switch (rows.Flags(slot)) {
       case kRowIsDeleted: continue;

@@ -12,7 +12,11 @@
 namespace jet {
 namespace {
 
-void CopyFile(FileSystem& files, const std::string& from, const std::string& to) {
+/// The rows are copied; what is left takes no share of its own.
+constexpr int kNearlyDone = 99;
+
+/// @return false when the user stopped it
+bool CopyFile(FileSystem& files, const std::string& from, const std::string& to, Progress& progress) {
   constexpr std::uint64_t kPiece = 1u << 20;
   const std::unique_ptr<File> source = files.Open(from, OpenMode::kRead);
   const std::unique_ptr<File> target = files.Open(to, OpenMode::kCreate);
@@ -22,27 +26,36 @@ void CopyFile(FileSystem& files, const std::string& from, const std::string& to)
     buffer.resize(std::min(size - done, kPiece));
     source->ReadAt(done, buffer);
     target->WriteAt(done, buffer);
+    if (!progress.Advance(kNearlyDone)) return false;
   }
   target->Sync();
+  return true;
+}
+
+void RemoveQuietly(FileSystem& files, const std::string& path) noexcept try {
+  if (files.Exists(path)) files.Remove(path);
+} catch (const FileError&) {
+  // What stays is removed by the next run.
 }
 
 // A copy, not another name: file systems of memory sticks have no second names, and renaming would
 // leave a moment without any base.
-void KeepBackup(FileSystem& files, const std::string& base) {
+// @return false when the user stopped it: the backup before is still there
+bool KeepBackup(FileSystem& files, const std::string& base, Progress& progress) {
   const std::string backup = BackupPath(base), unfinished = backup + ".new";
   RemoveUnused(files, unfinished);
   try {
-    CopyFile(files, base, unfinished);
+    if (!CopyFile(files, base, unfinished, progress)) {
+      RemoveQuietly(files, unfinished);
+      return false;
+    }
     files.Rename(unfinished, backup);
   } catch (const FileError&) {
-    try {
-      if (files.Exists(unfinished)) files.Remove(unfinished);
-    } catch (const FileError&) {
-      // What stays is removed by the next run; the first failure is the one to tell.
-    }
+    RemoveQuietly(files, unfinished);
     throw;
   }
   files.SyncFolderOf(backup);
+  return true;
 }
 
 CompactResult Copy(Database& from, UnfinishedBase& to, const CompactOptions& options, Progress& progress) {
@@ -62,7 +75,7 @@ CompactResult Compact(FileSystem& files, const std::string& path, const CompactO
   UnfinishedBase to(files, real, from.store().header());
   CompactResult result = Copy(from, to, options, progress);
   if (!result.complete) return result;
-  KeepBackup(files, real);
+  if (!KeepBackup(files, real, progress)) return {};
   to.Publish();
   progress.Advance(100);
   return result;

@@ -16,7 +16,7 @@ class DataPage {
   /// The same for a page that must belong to `owner`: a table's definition page or kLongValueOwner.
   DataPage(const Layout& layout, const Page& page, std::uint32_t owner);
 
-  std::size_t slots() const { return slots_; }
+  std::size_t slot_count() const { return slots_; }
   /// Bytes between the row table and the lowest row. @throws FormatError when they overlap
   std::size_t free() const;
   /// kRowIsPointer, kRowIsHidden, kRowIsDeleted or 0.

@@ -9,7 +9,7 @@ namespace jet {
 
 DataPageWriter::DataPageWriter(const Layout& layout, const MutablePage& page, std::uint32_t owner)
     : layout_(layout), page_(page), rows_(layout, page, owner) {
-  for (std::size_t slot = 0; slot < rows_.slots(); ++slot) rows_.Row(slot);  // all must lie one below the other
+  for (std::size_t slot = 0; slot < rows_.slot_count(); ++slot) rows_.Row(slot);  // all must lie one below the other
 }
 
 void DataPageWriter::Format(const Layout& layout, const MutablePage& page, std::uint32_t owner) {
@@ -20,7 +20,7 @@ void DataPageWriter::Format(const Layout& layout, const MutablePage& page, std::
 }
 
 std::size_t DataPageWriter::LowestStart() const {
-  return rows_.slots() == 0 ? layout_.page_size : Start(rows_.slots() - 1);
+  return rows_.slot_count() == 0 ? layout_.page_size : Start(rows_.slot_count() - 1);
 }
 
 void DataPageWriter::UpdateFree() {
@@ -30,7 +30,7 @@ void DataPageWriter::UpdateFree() {
 
 std::uint8_t DataPageWriter::Add(Bytes row, unsigned flags) {
   if (!TakesRow(rows_, row.size())) ThrowBadArgument();
-  const std::size_t slot = rows_.slots();
+  const std::size_t slot = rows_.slot_count();
   const std::size_t start = LowestStart() - row.size();
   if (!row.empty()) std::memcpy(page_.Slice(start, row.size()).data(), row.data(), row.size());
   page_.SetU16(SlotAt(slot), static_cast<unsigned>(start) | flags);
@@ -47,7 +47,7 @@ void DataPageWriter::Replace(std::size_t slot, Bytes row, unsigned flags) {
   const std::size_t start = old_start + old_size - row.size();
   const MutableBytes bytes = page_.bytes();
   std::memmove(bytes.data() + (lowest + start - old_start), bytes.data() + lowest, old_start - lowest);
-  for (std::size_t below = slot + 1; below < rows_.slots(); ++below)
+  for (std::size_t below = slot + 1; below < rows_.slot_count(); ++below)
     page_.SetU16(SlotAt(below), static_cast<unsigned>(Start(below) + start - old_start) | rows_.Flags(below));
   if (!row.empty()) std::memcpy(bytes.data() + start, row.data(), row.size());
   page_.SetU16(SlotAt(slot), static_cast<unsigned>(start) | flags);
@@ -55,7 +55,7 @@ void DataPageWriter::Replace(std::size_t slot, Bytes row, unsigned flags) {
 }
 
 bool DataPageWriter::HasLiveRows() const {
-  for (std::size_t slot = 0; slot < rows_.slots(); ++slot)
+  for (std::size_t slot = 0; slot < rows_.slot_count(); ++slot)
     if (rows_.Flags(slot) != kRowIsDeleted) return true;
   return false;
 }

@@ -40,7 +40,7 @@ class DataPageWriter {
 
 /// Does a page with these rows take one more of this size?
 inline bool TakesRow(const DataPage& rows, std::size_t size) {
-  return rows.slots() < kMostSlots && size + kRowSlotSize <= rows.free();
+  return rows.slot_count() < kMostSlots && size + kRowSlotSize <= rows.free();
 }
 
 /// Puts a row pointer together: u8 slot, u24 page.

@@ -10,9 +10,18 @@
 
 namespace jet {
 
+namespace {
+
+// Who only reads goes through a base once: more would leave the processor's own cache.
+constexpr std::size_t kReadingCacheBytes = 8u << 20;
+
+}  // namespace
+
 Database Database::Open(FileSystem& files, const std::string& path, Access access) {
   try {
-    return Database(PageStore::Open(files, path, access));
+    StoreOptions options;
+    if (access == Access::kRead) options.cache_bytes = kReadingCacheBytes;
+    return Database(PageStore::Open(files, path, access, options));
   } catch (const FileError& error) {
     if (error.number() != error_number::kFileNotFound) throw;
     throw FileError(error_number::kBaseNotFound, Cat("Файл базы не найден: "_ru, cp1251::FromUtf8(path)));

@@ -1,11 +1,11 @@
 #include "jet/index_page.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "jet/bit_search.h"
 
 namespace jet {
 namespace {
@@ -46,33 +46,13 @@ std::uint32_t IndexEntries::tail() const { return page_.U32(layout_->tail); }
 
 // Where the entry that begins at `from` ends; 0 when none begins there.
 std::size_t IndexEntries::NextEnd(std::size_t from) const {
-  const Bytes mask = page_.bytes().subspan(layout_->mask, layout_->entries - layout_->mask);
-  const std::size_t first = from + 1;
-  for (std::size_t at = first / 8; at < mask.size(); ++at) {
-    unsigned byte = LoadU8(mask, at);
-    if (at == first / 8) byte &= 0xFFu << (first % 8);
-    if (byte == 0) {
-      while (at + 9 <= mask.size() && LoadU64(mask, at + 1) == 0) at += 8;
-      continue;
-    }
-    const std::size_t end = 8 * at + static_cast<std::size_t>(std::countr_zero(byte));
-    if (end > page_.bytes().size() - layout_->entries) ThrowDamaged(page_.number());
-    return end;
-  }
-  return 0;
+  const std::optional<std::size_t> end = FirstBit(mask(), from + 1);
+  if (end && *end > page_.bytes().size() - layout_->entries) ThrowDamaged(page_.number());
+  return end.value_or(0);
 }
 
 // The nearest end of an entry before `before`; 0, where the first entry begins, when there is none.
-std::size_t IndexEntries::PreviousEnd(std::size_t before) const {
-  const Bytes mask = page_.bytes().subspan(layout_->mask, layout_->entries - layout_->mask);
-  for (std::size_t at = (before + 7) / 8; at-- > 0;) {
-    unsigned byte = LoadU8(mask, at);
-    if (at == before / 8) byte &= (1u << (before % 8)) - 1;
-    if (byte != 0) return 8 * at + static_cast<std::size_t>(std::bit_width(byte)) - 1;
-    while (at >= 8 && LoadU64(mask, at - 8) == 0) at -= 8;
-  }
-  return 0;
-}
+std::size_t IndexEntries::PreviousEnd(std::size_t before) const { return LastBit(mask(), before).value_or(0); }
 
 bool IndexEntries::Next() {
   const std::size_t end = NextEnd(end_);

@@ -64,6 +64,7 @@ class IndexEntries {
  private:
   std::size_t tail_size() const { return kEntryRowSize + (leaf_ ? 0 : kEntryChildSize); }
   void KeepPrefix(std::size_t page_size);
+  Bytes mask() const { return page_.bytes().subspan(layout_->mask, layout_->entries - layout_->mask); }
   std::size_t NextEnd(std::size_t from) const;
   std::size_t PreviousEnd(std::size_t before) const;
   void Take(std::size_t begin, std::size_t end);

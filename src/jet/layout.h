@@ -328,6 +328,7 @@ inline constexpr unsigned kDefinitionEnd = 0xFFFF;      // in the place of a col
 
 namespace column_flag {
 inline constexpr unsigned kFixed = 0x01, kUpdatable = 0x02, kAutonumber = 0x04, kHyperlink = 0x80;
+inline constexpr unsigned kAutonumberGuid = 0x40;  // of a GUID column; without meaning on others
 inline constexpr unsigned kSystem = 0x10, kOwner = 0x20;
 inline constexpr unsigned kCompress = 0x01;  // of the second flags
 }  // namespace column_flag

@@ -159,7 +159,8 @@ class GlobalMap {
 
 MutablePage PageAllocator::Allocate() {
   const PageFile& pages = transaction_->pages();
-  const std::optional<std::uint32_t> free = UsageMap(pages, kGlobalMap).NextFrom(0);
+  const std::optional<std::uint32_t> free = UsageMap(pages, kGlobalMap).NextFrom(transaction_->lowest_free());
+  transaction_->SetLowestFree(std::min(free.value_or(pages.page_count()), pages.page_count()));
   if (!free || *free >= pages.page_count()) {
     MutablePage page = transaction_->AppendPage();
     GlobalMap(*transaction_).Take(page.number());
@@ -172,7 +173,10 @@ MutablePage PageAllocator::Allocate() {
   return page;
 }
 
-void PageAllocator::Free(std::uint32_t page) { GlobalMap(*transaction_).Free(page); }
+void PageAllocator::Free(std::uint32_t page) {
+  GlobalMap(*transaction_).Free(page);
+  transaction_->SetLowestFree(std::min(transaction_->lowest_free(), page));
+}
 
 void UsageMapWriter::Add(std::uint32_t page) {
   const MapRow row(*transaction_, where_);

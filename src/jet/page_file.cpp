@@ -31,13 +31,14 @@ PageFile::PageFile(std::unique_ptr<File> file, const Layout& layout, std::size_t
     : file_(std::move(file)),
       layout_(layout),
       most_frames_(cache_bytes / layout.page_size),
-      current_(CountPages(*file_, layout), nullptr) {}
+      current_(CountPages(*file_, layout), nullptr),
+      reader_(*file_, layout.page_size) {}
 
 Page PageFile::Load(std::uint32_t number) const {
   if (!refusal_.empty()) throw Error(error_number::kNoAccess, refusal_);
   if (number >= page_count()) throw FormatError("База ссылается на страницу, которой в файле нет"_ru, number);
   Frame& frame = FreeFrame();
-  file_->ReadAt(std::uint64_t{number} * layout_.page_size, {frame.data.get(), layout_.page_size});
+  reader_.Read(number, page_count(), {frame.data.get(), layout_.page_size});
   frame.page = number;
   frame.recent = true;
   current_[number] = &frame;
@@ -91,6 +92,7 @@ MutablePage PageFile::Append() {
 }
 
 void PageFile::MarkWritten(std::span<Frame* const> written) {
+  reader_.Forget();
   for (Frame* const frame : written) {
     frame->original.reset();
     frame->changed = false;
@@ -100,6 +102,7 @@ void PageFile::MarkWritten(std::span<Frame* const> written) {
 }
 
 void PageFile::Abandon(std::uint32_t page_count) noexcept {
+  reader_.Forget();
   for (Frame* const frame : changed_) {
     // Into the same place: handles look at it.
     if (frame->original) std::memcpy(frame->data.get(), frame->original.get(), layout_.page_size);
@@ -112,6 +115,7 @@ void PageFile::Abandon(std::uint32_t page_count) noexcept {
 }
 
 void PageFile::Forget(std::uint32_t page_count) {
+  reader_.Forget();
   current_.assign(page_count, nullptr);
   for (const auto& frame : frames_) frame->recent = false;
 }

@@ -9,6 +9,7 @@
 #include "base/bytes.h"
 #include "base/file.h"
 #include "jet/layout.h"
+#include "jet/read_ahead.h"
 
 namespace jet {
 
@@ -139,6 +140,7 @@ class PageFile {
   mutable std::size_t hand_ = 0;  // where the search for a place goes on
   std::vector<Frame*> changed_;
   std::string_view refusal_;  // empty = none
+  mutable ReadAhead reader_;
 };
 
 }  // namespace jet

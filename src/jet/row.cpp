@@ -5,7 +5,6 @@
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "jet/column_codec.h"
-#include "jet/long_value.h"
 #include "jet/text_codec.h"
 
 namespace jet {

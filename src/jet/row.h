@@ -8,6 +8,7 @@
 
 #include "base/bytes.h"
 #include "base/ole_date.h"
+#include "jet/long_value.h"
 #include "jet/page_file.h"
 #include "jet/table_def.h"
 #include "jet/value.h"
@@ -38,6 +39,11 @@ class Row {
   Bytes Stored(const Column& column) const;
   /// Replaces `to` by the whole value's bytes, long values fetched, text not decoded.
   void ReadStored(const Column& column, std::string& to) const;
+  /// The same of a long value that is not null, without copying one that lies in one piece.
+  /// @param holder  what it has held goes; the view lives as long as it and the row do
+  Bytes FetchStored(const Column& column, std::optional<LongValue>& holder) const {
+    return holder.emplace(*file_, Stored(column), id_).data();
+  }
 
  private:
   friend class Table;

@@ -46,11 +46,15 @@ void AppendOffsetsJet3(std::span<const std::size_t> offsets, std::size_t mask_si
 
 }  // namespace
 
+void CheckLength(const Column& column, std::size_t size) {
+  const bool bounded = column.type == ColumnType::kText || column.type == ColumnType::kBinary;
+  if (bounded && size > column.length)
+    throw Error(error_number::kTextTooLong, Cat("Текст длиннее поля "_ru, column.name));
+}
+
 void EncodeColumn(Version version, const Column& column, const Value& value, std::string& to) {
   EncodeValue(version, column, value, to);
-  const bool bounded = column.type == ColumnType::kText || column.type == ColumnType::kBinary;
-  if (bounded && to.size() > column.length)
-    throw Error(error_number::kTextTooLong, Cat("Текст длиннее поля "_ru, column.name));
+  CheckLength(column, to.size());
   if (column.fixed && SizeOf(column.type) == 0) return FillUp(version, column, to);
   const bool compress = version == Version::kJet4 && column.compress && IsText(column.type) &&
                         (column.type == ColumnType::kText || to.size() <= 2 * kLongestCompressedMemo);

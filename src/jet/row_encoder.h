@@ -12,6 +12,10 @@
 
 namespace jet {
 
+/// @param size  bytes that a value takes before it is compressed. @throws Error 3163 when a Text or Binary
+/// column is shorter
+void CheckLength(const Column& column, std::size_t size);
+
 /// What a column of any type but Boolean stores of a value, in the place of what `to` held: text compressed
 /// where the column wants it, what is shorter than a fixed column filled up; of a long value all its data.
 /// @throws ConversionError 3421 when the column cannot hold the value, Error 3163 when it is too long

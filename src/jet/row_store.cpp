@@ -29,7 +29,8 @@ bool RowStore::HasRoom(std::uint32_t page, std::size_t size) const {
 }
 
 // The page that took the last row, else one of the next few that the map names, from the highest
-// down. None is tried twice in vain: only when rows go does the search begin anew.
+// down. None is tried twice in vain: the search begins anew when rows go, and with every new page, for the few before
+// it may still take what is smaller than the row that did not fit.
 std::optional<std::uint32_t> RowStore::FindRoom(std::size_t size) {
   constexpr int kTries = 4;
   UsageMap with_room(pages(), free_map_);
@@ -49,9 +50,16 @@ std::uint32_t RowStore::NewPage() const {
   return page.number();
 }
 
+std::uint32_t RowStore::NewSharedPage() {
+  const std::uint32_t page = NewPage();
+  if (newest_page_ != 0) untried_end_ = newest_page_ + 1;
+  newest_page_ = page;
+  return page;
+}
+
 RowId RowStore::Add(Bytes row, unsigned flags) {
   const std::optional<std::uint32_t> found = FindRoom(row.size());
-  last_page_ = found ? *found : NewPage();
+  last_page_ = found ? *found : NewSharedPage();
   DataPageWriter page = Open(last_page_);
   const RowId where{last_page_, page.Add(row, flags)};
   KeepFreeMap(where.page, page.rows());
@@ -92,7 +100,7 @@ void RowStore::Delete(RowId where) {
 void RowStore::KeepFreeMap(std::uint32_t page, const DataPage& rows) {
   if (!can_share_pages()) return;
   UsageMapWriter with_room(*transaction_, free_map_);
-  if (rows.slots() == kMostSlots || rows.free() < least_free_) return with_room.Remove(page);
+  if (rows.slot_count() == kMostSlots || rows.free() < least_free_) return with_room.Remove(page);
   with_room.Add(page);
   if (page != last_page_) untried_end_ = std::max(untried_end_, page + 1);
 }

@@ -39,6 +39,7 @@ class RowStore {
   bool HasRoom(std::uint32_t page, std::size_t size) const;
   std::optional<std::uint32_t> FindRoom(std::size_t size);
   std::uint32_t NewPage() const;
+  std::uint32_t NewSharedPage();
   void KeepFreeMap(std::uint32_t page, const DataPage& rows);
   void FreePage(std::uint32_t page);
 
@@ -47,6 +48,7 @@ class RowStore {
   RowId owned_map_, free_map_;
   std::size_t least_free_;
   std::uint32_t last_page_ = 0;             // where the last row went; 0 = nowhere yet
+  std::uint32_t newest_page_ = 0;           // made for the rows of Add; 0 = none yet
   std::uint32_t untried_end_ = UINT32_MAX;  // pages from here on were found to have too little room
 };
 

@@ -39,7 +39,7 @@ bool TableCursor::NextPage() {
   const std::optional<std::uint32_t> number = owned_.NextFrom(next_page_);
   if (!number) return false;
   page_ = file_->Read(*number);
-  slots_ = DataPage(file_->layout(), page_, def_->page).slots();
+  slots_ = DataPage(file_->layout(), page_, def_->page).slot_count();
   next_page_ = *number + 1;
   slot_ = 0;
   return true;
@@ -75,7 +75,7 @@ std::uint32_t Table::CountRows() const {
   for (auto number = owned.NextFrom(0); number; number = owned.NextFrom(*number + 1)) {
     const Page page = file_->Read(*number);
     const DataPage rows(file_->layout(), page, def_->page);
-    for (std::size_t slot = 0; slot < rows.slots(); ++slot)
+    for (std::size_t slot = 0; slot < rows.slot_count(); ++slot)
       if (rows.Flags(slot) == 0 || rows.Flags(slot) == kRowIsPointer) ++count;
   }
   return count;
@@ -97,7 +97,7 @@ void Table::Read(RowId id, Row& row) const {
 bool Table::TryRead(RowId id, Row& row) const {
   if (id.page >= file_->page_count() || !UsageMap(*file_, def_->owned_map).Contains(id.page)) return false;
   const Page page = file_->Read(id.page);
-  const bool has_slot = id.slot < DataPage(file_->layout(), page, def_->page).slots();
+  const bool has_slot = id.slot < DataPage(file_->layout(), page, def_->page).slot_count();
   return has_slot && ReadSlot(*file_, *def_, id, page, row);
 }
 

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/cat.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "jet/column_codec.h"
 #include "jet/data_page.h"
+#include "jet/row_encoder.h"
 #include "jet/table_counters.h"
 
 namespace jet {
@@ -43,8 +46,10 @@ std::string PointerTo(RowId row) {
 }  // namespace
 
 void CheckValue(Version version, const Column& column, const Value& value) {
-  std::string stored;
   if (IsNull(value)) return;
+  if (const auto* const text = std::get_if<std::string>(&value); text != nullptr && IsText(column.type))
+    return CheckLength(column, text->size() * (version == Version::kJet4 ? 2 : 1));
+  std::string stored;
   if (column.type != ColumnType::kBoolean) return EncodeColumn(version, column, value, stored);
   if (!std::holds_alternative<bool>(value))
     throw ConversionError(error_number::kConversion, "Значение не подходит к полю"_ru);
@@ -54,19 +59,24 @@ TableWriter::TableWriter(Transaction& transaction, const Table& table, const Tab
     : transaction_(transaction),
       pages_(transaction.pages()),
       table_(table),
+      relations_(table.def()),
       draft_(pages_.layout(), table.def(), properties),
       indexes_(transaction, table.def()),
       rows_(transaction, table.def()) {
   for (const Column& column : table.def().columns) {
     if (IsLongValue(column.type)) long_columns_.push_back({&column, LongValueWriter(transaction, column)});
     if (column.autonumber && column.type == ColumnType::kLong) autonumbers_.push_back(&column);
+    if (column.type == ColumnType::kGuid && (column.other_flags & column_flag::kAutonumberGuid) != 0)
+      guids_.push_back(&column);
   }
 }
 
 RowId TableWriter::Insert(std::span<const Assignment> values) {
+  relations_.CheckInsert();
   draft_.Start();
   SetAll(values);
   FillAutonumbers();
+  RequireGuids();
   draft_.Finish();
   indexes_.PlanInsert(draft_);
   return AllOrNothing(transaction_, [&] {
@@ -83,6 +93,7 @@ void TableWriter::Update(RowId id, std::span<const Assignment> values) {
   const Row before = table_.Read(id);
   draft_.Start(&before);
   SetAll(values);
+  relations_.CheckUpdate(draft_);
   draft_.Finish();
   indexes_.PlanUpdate(before, draft_);
   AllOrNothing(transaction_, [&] {
@@ -96,6 +107,7 @@ void TableWriter::Update(RowId id, std::span<const Assignment> values) {
 }
 
 void TableWriter::Delete(RowId id) {
+  relations_.CheckDelete();
   const Row row = table_.Read(id);
   indexes_.PlanDelete(row);
   AllOrNothing(transaction_, [&] {
@@ -118,6 +130,13 @@ void TableWriter::FillAutonumbers() {
       throw Error(error_number::kOverflow, "Номера записей таблицы кончились"_ru);
     draft_.Set({column, last + 1});
   }
+}
+
+void TableWriter::RequireGuids() {
+  for (const Column* const column : guids_)
+    if (!draft_.Whole(*column).bit)
+      throw Error(error_number::kNoAccess, Cat("Запись не добавлена: код репликации для поля "_ru, column->name,
+                                               " программа придумать не может"_ru));
 }
 
 void TableWriter::CountAutonumbers() {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "jet/long_value_writer.h"
+#include "jet/relation_guard.h"
 #include "jet/row_draft.h"
 #include "jet/row_store.h"
 #include "jet/table.h"
@@ -22,8 +23,9 @@ void CheckValue(Version version, const Column& column, const Value& value);
 /// What the base does not allow is refused before anything is changed, and the transaction may go on:
 /// 3022 (DuplicateKey) a key that a unique index has, 3314 Null in a required column, 3315 an empty
 /// text where the column does not allow it, 3163 a value or a row that is too long, 3421 a value of
-/// another kind, 75 text of which the engine cannot make an index key. When anything fails later, the
-/// whole transaction is rolled back.
+/// another kind, 75 text of which the engine cannot make an index key, a GUID that it would have to
+/// invent, a row that a relationship with another table concerns. When anything fails later, the whole
+/// transaction is rolled back.
 class TableWriter {
  public:
   /// All but the properties outlive the writer. Several writers of a table may take turns in one transaction.
@@ -47,6 +49,7 @@ class TableWriter {
 
   void SetAll(std::span<const Assignment> values);
   void FillAutonumbers();
+  void RequireGuids();
   void CountAutonumbers();
   void StoreLongValues();
   void FreeLongValue(LongColumn& column, const Row& row);
@@ -56,11 +59,12 @@ class TableWriter {
   Transaction& transaction_;
   const PageFile& pages_;
   Table table_;
+  RelationGuard relations_;
   RowDraft draft_;
   TableIndexes indexes_;
   RowStore rows_;
   std::vector<LongColumn> long_columns_;
-  std::vector<const Column*> autonumbers_;
+  std::vector<const Column*> autonumbers_, guids_;  // columns of numbers, and of GUIDs, that the engine gives out
 };
 
 }  // namespace jet

@@ -27,6 +27,11 @@ class Transaction {
   /// A page of zeros behind the last one. @throws Error when the base has reached its largest size
   MutablePage AppendPage();
 
+  /// No page below this one is free. The page allocator keeps it here, so that it need not look through the
+  /// whole map each time.
+  std::uint32_t lowest_free() const { return lowest_free_; }
+  void SetLowestFree(std::uint32_t page) { lowest_free_ = page; }
+
   /// Returns when all changes are on the medium. With none it costs nothing.
   /// @throws FileError when they cannot be written, or another program reads for too long: the base
   ///         is as it was before the transaction
@@ -55,6 +60,7 @@ class Transaction {
   std::vector<bool> journaled_;  // by page number; empty = the journal has not begun
   bool touched_ = false;         // the file may differ from what it was
   bool open_ = true;
+  std::uint32_t lowest_free_ = 0;
 };
 
 }  // namespace jet

@@ -20,9 +20,10 @@ class UsageMap {
   std::optional<std::uint32_t> NextFrom(std::uint32_t from);
   /// The last page of the set that is not behind `to`; it need not exist either.
   std::optional<std::uint32_t> LastUpTo(std::uint32_t to);
-  bool Contains(std::uint32_t page) { return NextFrom(page) == page; }
+  bool Contains(std::uint32_t page);
 
  private:
+  bool inline_bits() const { return LoadU8(row_, 0) == kInlineMap; }
   std::optional<std::uint32_t> NextInline(std::uint64_t from) const;
   std::optional<std::uint32_t> NextByReference(std::uint64_t from);
   std::optional<std::uint32_t> LastInline(std::uint32_t to) const;

@@ -7,6 +7,7 @@
 
 #include "base/code_page.h"
 #include "base/cp1251.h"
+#include "base/ru_literal.h"
 
 namespace sql {
 namespace {
@@ -26,9 +27,10 @@ typename Vector<Unit>::Type Load(const char* at) {
   return block;
 }
 
-template <typename Unit>
-typename Vector<Unit>::Type Spread(Unit value) {
-  return typename Vector<Unit>::Type{} + value;
+template <typename Block>
+bool IsZero(const Block& block) {
+  const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(block);
+  return (halves[0] | halves[1]) == 0;
 }
 
 template <typename Unit>
@@ -44,6 +46,7 @@ struct Needle {
   const Unit* lower;
   const Unit* upper;
   std::size_t size;
+  std::size_t probes[2];  // positions of the characters that texts hold least often
 
   bool IsAt(const char* text) const {
     for (std::size_t i = 0; i < size; ++i) {
@@ -54,29 +57,99 @@ struct Needle {
   }
 };
 
-/// Looks at the first and the last character of the needle in a register full of places at a time;
-/// only where both fit are the others compared.
+/// Tells where one character of the needle may be. It looks only at the bits that both its forms share, so
+/// now and then another character passes.
+template <typename Unit>
+class Probe {
+ public:
+  Probe(const Needle<Unit>& needle, std::size_t position)
+      : offset_(position * sizeof(Unit)),
+        either_(Block{} + static_cast<Unit>(needle.lower[position] ^ needle.upper[position])),
+        both_(Block{} + static_cast<Unit>(needle.lower[position] | needle.upper[position])) {}
+
+  /// @param text  where the needle would begin
+  auto Fits(const char* text) const { return (Load<Unit>(text + offset_) | either_) == both_; }
+
+ private:
+  using Block = typename Vector<Unit>::Type;
+  std::size_t offset_;
+  Block either_, both_;
+};
+
+/// Looks at two characters of the needle in a register full of places at a time, and at several registers
+/// before it decides; only where both fit are the others compared.
+template <typename Unit>
+class Finder {
+ public:
+  Finder(const char* text, std::size_t size, const Needle<Unit>& needle)
+      : text_(text),
+        places_(size - needle.size + 1),
+        needle_(needle),
+        first_(needle, needle.probes[0]),
+        second_(needle, needle.probes[1]) {}
+
+  bool Run() {
+    if (Scan<4>() || Scan<1>()) return true;
+    for (; place_ < places_; ++place_)
+      if (needle_.IsAt(text_ + place_ * sizeof(Unit))) return true;
+    return false;
+  }
+
+ private:
+  static constexpr std::size_t kLanes = kBlockBytes / sizeof(Unit);
+
+  auto Candidates(std::size_t place) const {
+    const char* const at = text_ + place * sizeof(Unit);
+    return first_.Fits(at) & second_.Fits(at);
+  }
+
+  template <std::size_t kBlocks>
+  bool Scan() {
+    for (; place_ + kBlocks * kLanes <= places_; place_ += kBlocks * kLanes) {
+      auto any = Candidates(place_);
+      for (std::size_t block = 1; block < kBlocks; ++block) any |= Candidates(place_ + block * kLanes);
+      if (IsZero(any)) continue;
+      for (std::size_t place = place_; place < place_ + kBlocks * kLanes; place += kLanes)
+        if (IsInBlock(place)) return true;
+    }
+    return false;
+  }
+
+  bool IsInBlock(std::size_t place) const {
+    const auto candidates = Candidates(place);
+    if (IsZero(candidates)) return false;
+    for (std::size_t lane = 0; lane < kLanes; ++lane)
+      if (candidates[lane] != 0 && needle_.IsAt(text_ + (place + lane) * sizeof(Unit))) return true;
+    return false;
+  }
+
+  const char* text_;
+  std::size_t places_;
+  const Needle<Unit>& needle_;
+  Probe<Unit> first_, second_;
+  std::size_t place_ = 0;
+};
+
 template <typename Unit>
 bool Find(const char* text, std::size_t size, const Needle<Unit>& needle) {
-  constexpr std::size_t kLanes = kBlockBytes / sizeof(Unit);
-  if (needle.size > size) return false;
-  const std::size_t last = needle.size - 1;
-  const std::size_t places = size - last;
-  const auto first_lower = Spread(needle.lower[0]), first_upper = Spread(needle.upper[0]);
-  const auto last_lower = Spread(needle.lower[last]), last_upper = Spread(needle.upper[last]);
-  std::size_t place = 0;
-  for (; place + kLanes <= places; place += kLanes) {
-    const auto firsts = Load<Unit>(text + place * sizeof(Unit));
-    const auto lasts = Load<Unit>(text + (place + last) * sizeof(Unit));
-    const auto fits =
-        ((firsts == first_lower) | (firsts == first_upper)) & ((lasts == last_lower) | (lasts == last_upper));
-    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(fits);
-    if ((halves[0] | halves[1]) == 0) continue;
-    for (std::size_t lane = 0; lane < kLanes; ++lane)
-      if (fits[lane] != 0 && needle.IsAt(text + (place + lane) * sizeof(Unit))) return true;
+  return needle.size <= size && Finder<Unit>(text, size, needle).Run();
+}
+
+/// The lower the rarer: letters by how often Russian texts hold them, what else there is before all of them.
+std::size_t Frequency(char character) {
+  constexpr std::string_view kFromRareToFrequent = "ъэфщцюшжхйчбзгьыяупдмклвртсниеао "_ru;
+  return kFromRareToFrequent.find(character) + 1;
+}
+
+/// Compressed text switches with a zero byte between characters of one byte and of two.
+bool HasTwoSwitchesInARow(std::string_view text) {
+  std::size_t at = 0;
+  for (; at + kBlockBytes < text.size(); at += kBlockBytes) {
+    const auto zeros = (Load<char>(text.data() + at) == 0) & (Load<char>(text.data() + at + 1) == 0);
+    if (!IsZero(zeros)) return true;
   }
-  for (; place < places; ++place)
-    if (needle.IsAt(text + place * sizeof(Unit))) return true;
+  for (; at + 1 < text.size(); ++at)
+    if (text[at] == 0 && text[at + 1] == 0) return true;
   return false;
 }
 
@@ -90,16 +163,30 @@ CaselessSearch::CaselessSearch(std::string_view needle) : needle_(cp1251::Folded
     lower16_.push_back(cp1251::ToUnicode(static_cast<std::uint8_t>(c)));
     upper16_.push_back(cp1251::ToUnicode(static_cast<std::uint8_t>(upper)));
   }
+  for (std::size_t i = 0; i < needle_.size(); ++i) {
+    if (Frequency(needle_[i]) < Frequency(needle_[rare_[0]])) rare_[0] = i;
+  }
+  rare_[1] = rare_[0] == 0 ? needle_.size() - 1 : 0;
+  for (std::size_t i = 0; i < needle_.size(); ++i) {
+    if (i != rare_[0] && Frequency(needle_[i]) < Frequency(needle_[rare_[1]])) rare_[1] = i;
+  }
 }
 
 bool CaselessSearch::FoundIn(std::string_view text) const {
   if (needle_.empty()) return true;
-  return Find<char>(text.data(), text.size(), {lower_.data(), upper_.data(), needle_.size()});
+  return Find<char>(text.data(), text.size(), {lower_.data(), upper_.data(), needle_.size(), {rare_[0], rare_[1]}});
 }
 
 bool CaselessSearch::FoundInUtf16(std::string_view utf16) const {
   if (needle_.empty()) return true;
-  return Find<char16_t>(utf16.data(), utf16.size() / 2, {lower16_.data(), upper16_.data(), needle_.size()});
+  return Find<char16_t>(utf16.data(), utf16.size() / 2,
+                        {lower16_.data(), upper16_.data(), needle_.size(), {rare_[0], rare_[1]}});
+}
+
+// Characters of two bytes stand in runs, at even places or odd ones. Only two switches without anything
+// between them could part what is one run of characters.
+bool CaselessSearch::MayBeInCompressed(std::string_view text) const {
+  return FoundInUtf16(text) || (!text.empty() && FoundInUtf16(text.substr(1))) || HasTwoSwitchesInARow(text);
 }
 
 }  // namespace sql

@@ -36,14 +36,14 @@ class OutputRow final : public RowAccess {
     const BoundExpression& output = outputs_[field].expression;
     return IsColumn(output) ? row_->Read(output.column, buffer) : evaluator_.ValueOf(output);
   }
-  StoredText ReadStored(std::size_t field, std::string& buffer) const override {
+  StoredText ReadStored(std::size_t field) const override {
     const BoundExpression& output = outputs_[field].expression;
-    if (IsColumn(output)) return row_->ReadStored(output.column, buffer);
+    if (IsColumn(output)) return row_->ReadStored(output.column);
     const Scalar value = evaluator_.ValueOf(output);
     if (value.IsNull()) return {};
-    buffer.clear();
-    AppendAsText(value, buffer);
-    return {StoredText::Encoding::kWindows1251, buffer};
+    calculated_.clear();
+    AppendAsText(value, calculated_);
+    return {StoredText::Encoding::kWindows1251, calculated_};
   }
   jet::Value Get(std::size_t field) const override {
     const BoundExpression& output = outputs_[field].expression;
@@ -56,6 +56,7 @@ class OutputRow final : public RowAccess {
   const std::vector<Output>& outputs_;
   const RowAccess* row_ = nullptr;
   mutable Evaluator evaluator_;
+  mutable std::string calculated_;
 };
 
 class DynasetRows final : public ResultRows {
@@ -112,10 +113,10 @@ class DynasetRows final : public ResultRows {
 
   void StartRow() override { Editor().Start(); }
 
-  void Set(std::size_t field, const jet::Value& value) override {
+  void Set(std::size_t field, jet::Value value) override {
     const BoundExpression& output = plan_.outputs[field].expression;
     if (output.kind != BoundExpression::Kind::kColumn) ThrowNotUpdatable();
-    Editor().Set(output.column, value);
+    Editor().Set(output.column, std::move(value));
   }
 
   void StoreRow() override {

@@ -164,7 +164,7 @@ Truth Evaluator::TestLike(const BoundExpression& operation) {
                            (value.type == jet::ColumnType::kText || value.type == jet::ColumnType::kMemo);
   if (operation.pattern && operation.pattern->CanMatchStored() && text_column &&
       slots_[value.column].row != row_number_) {
-    const StoredText stored = row_->ReadStored(value.column, stored_);
+    const StoredText stored = row_->ReadStored(value.column);
     if (stored.encoding == StoredText::Encoding::kNull) return Truth::kUnknown;
     if (const auto matches = operation.pattern->MatchStored(stored)) return ToTruth(*matches);
   }

@@ -53,7 +53,6 @@ class Evaluator {
   const RowAccess* row_ = nullptr;
   std::uint64_t row_number_ = 0;
   std::vector<Slot> slots_;
-  std::string stored_;               // bytes of a text that is searched undecoded
   std::deque<std::string> results_;  // calculated texts of this row
 };
 

@@ -1,6 +1,7 @@
 #include "sql/execute.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -42,19 +43,26 @@ class Reporter {
   std::size_t rows_ = 0;
 };
 
+/// Rows that come in their order need not be read behind what TOP asks for.
+std::size_t RowsNeeded(const Plan& plan) {
+  const bool as_they_come = plan.order.empty() && !plan.distinct && !plan.grouping;
+  return plan.top && as_they_come ? static_cast<std::size_t>(*plan.top) : SIZE_MAX;
+}
+
 /// Calls `take` for each row of the source that WHERE keeps. Without WHERE rows are not read here.
 template <typename Take>
 void ForEachRow(const Plan& plan, Progress& progress, const Take& take) {
   const auto stream = plan.source->Open(plan.path);
   Evaluator evaluator(plan.source->fields().size());
   Reporter reporter(progress, plan.source->ExpectedRows());
-  while (stream->Next()) {
+  for (std::size_t needed = RowsNeeded(plan); needed > 0 && stream->Next();) {
     reporter.Count();
     if (plan.where) {
       evaluator.SetRow(stream->row());
       if (!evaluator.IsTrue(*plan.where)) continue;
     }
     take(*stream, evaluator);
+    --needed;
   }
 }
 

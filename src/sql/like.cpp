@@ -1,7 +1,9 @@
 #include "sql/like.h"
 
 #include <algorithm>
+#include <cstdint>
 
+#include "base/code_page.h"
 #include "base/cp1251.h"
 #include "sql/sql_errors.h"
 
@@ -19,6 +21,18 @@ int CompareCharacters(char a, char b) {
 
 /// Compressed UTF-16 announces itself so; its characters are not where plain text has them.
 constexpr std::string_view kCompressed = "\xFF\xFE";
+
+/// The longest run of characters that take two bytes in compressed text too: Cyrillic letters.
+std::string_view LongestWidePart(std::string_view text) {
+  const auto is_wide = [](char c) { return cp1251::ToUnicode(static_cast<std::uint8_t>(c)) > 0xFF; };
+  std::string_view longest;
+  for (std::size_t begin = 0, end = 0; begin < text.size(); begin = end + 1) {
+    for (end = begin; end < text.size() && is_wide(text[end]); ++end) {
+    }
+    if (end - begin > longest.size()) longest = text.substr(begin, end - begin);
+  }
+  return longest;
+}
 
 }  // namespace
 
@@ -39,7 +53,10 @@ LikePattern::LikePattern(std::string_view pattern) {
       default: AddLiteral(pattern[at]);
     }
   }
-  if (const auto text = ContainedText(pattern)) contained_.emplace(*text);
+  if (const auto text = ContainedText(pattern)) {
+    contained_.emplace(*text);
+    if (const std::string_view wide = LongestWidePart(*text); !wide.empty()) wide_part_.emplace(wide);
+  }
 }
 
 void LikePattern::AddLiteral(char character) {
@@ -115,7 +132,11 @@ bool LikePattern::Matches(std::string_view text) const {
 std::optional<bool> LikePattern::MatchStored(const StoredText& text) const {
   if (!contained_) return std::nullopt;
   if (text.encoding == StoredText::Encoding::kWindows1251) return contained_->FoundIn(text.bytes);
-  if (text.bytes.substr(0, 2) == kCompressed || !contained_->CanSearchUtf16()) return std::nullopt;
+  if (text.bytes.substr(0, 2) == kCompressed) {
+    if (wide_part_ && !wide_part_->MayBeInCompressed(text.bytes.substr(2))) return false;
+    return std::nullopt;
+  }
+  if (!contained_->CanSearchUtf16()) return std::nullopt;
   return contained_->FoundInUtf16(text.bytes);
 }
 

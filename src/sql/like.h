@@ -39,6 +39,7 @@ class LikePattern {
   std::vector<CharacterSet> sets_;           // the distinct characters or classes
   std::vector<std::size_t> steps_;           // what must follow: a position in sets_, or kAnyRun
   std::optional<CaselessSearch> contained_;  // for *text*, the form of every search
+  std::optional<CaselessSearch> wide_part_;  // the longest part of that text which compressed text holds as it is
 };
 
 }  // namespace sql

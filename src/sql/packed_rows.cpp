@@ -188,7 +188,7 @@ Scalar PackedRows::Row::Read(std::size_t column, std::string& buffer) const {
   }
 }
 
-StoredText PackedRows::Row::ReadStored(std::size_t column, std::string&) const {
+StoredText PackedRows::Row::ReadStored(std::size_t column) const {
   if (IsNull(column)) return {};
   return {StoredText::Encoding::kWindows1251, Variable(column)};
 }

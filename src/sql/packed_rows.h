@@ -41,7 +41,7 @@ class PackedRows {
     Row(const PackedRows& rows, std::size_t row) : rows_(&rows), bytes_(rows.rows_[row]) {}
     bool IsNull(std::size_t column) const override;
     Scalar Read(std::size_t column, std::string& buffer) const override;
-    StoredText ReadStored(std::size_t column, std::string& buffer) const override;
+    StoredText ReadStored(std::size_t column) const override;
     jet::Value Get(std::size_t column) const override;
 
    private:

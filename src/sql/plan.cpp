@@ -163,7 +163,9 @@ class Planner {
     if (plan.grouping || plan.order.empty() || !IsColumn(plan.order.front().expression)) return;
     const OrderKey& first = plan.order.front();
     const std::size_t column = first.expression.column;
-    if (!plan.source->CanWalk(column) || (plan.order.size() > 1 && !plan.source->IsUnique(column))) return;
+    if (!plan.source->CanWalk(column)) return;
+    // An index does not tell which rows stand level: further keys and TOP would have to know.
+    if ((plan.order.size() > 1 || plan.top) && !plan.source->IsUnique(column)) return;
     plan.path = {first.descending ? AccessPath::Kind::kDescending : AccessPath::Kind::kAscending, column, 0};
     plan.order.clear();
   }

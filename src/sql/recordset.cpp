@@ -84,9 +84,9 @@ void Recordset::AddNew() {
   adding_ = true;
 }
 
-void Recordset::Set(std::size_t field, const jet::Value& value) {
+void Recordset::Set(std::size_t field, jet::Value value) {
   if (!adding_) ThrowNothingToStore();
-  rows_->Set(field, value);
+  rows_->Set(field, std::move(value));
 }
 
 void Recordset::Update() {

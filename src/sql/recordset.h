@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/ole_date.h"
@@ -58,8 +59,8 @@ class Recordset {
   void AddNew();
   /// Sets a field of the new row; values are converted to the field's kind. An empty text becomes Null where
   /// the field takes no empty texts. @throws Error 3020 without AddNew, ConversionError 3421, Error 3163
-  void Set(std::size_t field, const jet::Value& value);
-  void Set(std::string_view field, const jet::Value& value) { Set(FieldIndex(field), value); }
+  void Set(std::size_t field, jet::Value value);
+  void Set(std::string_view field, jet::Value value) { Set(FieldIndex(field), std::move(value)); }
   /// Stores the new row, which belongs to the set at once, behind all others. The row that was current
   /// before AddNew is current again. When it throws, the row is still begun.
   /// @throws Error 3020 without AddNew, DuplicateKey, Error 3314, 3315, 3163, FileError

@@ -5,7 +5,7 @@
 namespace sql {
 
 void ResultRows::StartRow() { ThrowNotUpdatable(); }
-void ResultRows::Set(std::size_t, const jet::Value&) { ThrowNotUpdatable(); }
+void ResultRows::Set(std::size_t, jet::Value) { ThrowNotUpdatable(); }
 void ResultRows::StoreRow() { ThrowNotUpdatable(); }
 void ResultRows::Delete() { ThrowNotUpdatable(); }
 

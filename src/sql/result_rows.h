@@ -31,7 +31,7 @@ class ResultRows {
   /// Begins a new row, dropping one that was begun.
   virtual void StartRow();
   /// @throws Error 3027 also for a calculated field, else like RowEditor::Set
-  virtual void Set(std::size_t field, const jet::Value& value);
+  virtual void Set(std::size_t field, jet::Value value);
   /// Stores the row that was begun; it becomes the last one, the current row stays current.
   virtual void StoreRow();
   /// Deletes the current row; the row behind it takes its position, and no row is current.

@@ -1,5 +1,6 @@
 #include "sql/row_editor.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,25 +23,34 @@ bool IsEmptyText(const jet::Value& value) {
 
 void RowEditor::Start() {
   changes_.RequireWritable();
-  values_.clear();
-  for (const jet::Column& column : table_.def().columns) values_.push_back(DefaultOf(column));
+  if (targets_.empty()) ReadDemands();
+  row_.clear();
+  for (const Target& target : targets_)
+    if (target.initial) row_.push_back({target.column, *target.initial});
 }
 
-void RowEditor::Set(std::size_t column, const jet::Value& value) {
-  const jet::Column& target = table_.def().columns[column];
-  jet::Value stored = ForColumn(changes_.version(), target, value);
-  if (IsEmptyText(stored)) {
-    const jet::ColumnProperties& demands = DemandsOf(target);
-    if (!demands.allow_zero_length && !demands.required) stored = jet::Null();
+void RowEditor::ReadDemands() {
+  const jet::TableProperties& properties = changes_.PropertiesOf(table_);
+  for (const jet::Column& column : table_.def().columns) {
+    const jet::ColumnProperties& demands = properties.Of(column.name);
+    const bool empty_becomes_null = !demands.allow_zero_length && !demands.required;
+    targets_.push_back({&column, empty_becomes_null, DefaultOf(column, demands.default_value)});
   }
-  values_[column] = std::move(stored);
+}
+
+void RowEditor::Set(std::size_t column, jet::Value value) {
+  const Target& target = targets_.at(column);
+  jet::Value stored = ForColumn(changes_.version(), *target.column, std::move(value));
+  if (target.empty_becomes_null && IsEmptyText(stored)) stored = jet::Null();
+  const auto known = std::ranges::find(row_, target.column, &jet::Assignment::column);
+  if (known == row_.end())
+    row_.push_back({target.column, std::move(stored)});
+  else
+    known->value = std::move(stored);
 }
 
 jet::RowId RowEditor::Store() {
-  std::vector<jet::Assignment> row;
-  for (std::size_t column = 0; column < values_.size(); ++column)
-    if (values_[column]) row.push_back({&table_.def().columns[column], *values_[column]});
-  return changes_.Run([&](Transaction& transaction) { return transaction.WriterOf(table_).Insert(row); });
+  return changes_.Run([&](Transaction& transaction) { return transaction.WriterOf(table_).Insert(row_); });
 }
 
 void RowEditor::Delete(jet::RowId id) {
@@ -52,8 +62,7 @@ void RowEditor::Delete(jet::RowId id) {
 
 /// A constant such as 0 or ="text". Calculations of the program that made the base are beyond us: its
 /// column begins as Null.
-std::optional<jet::Value> RowEditor::DefaultOf(const jet::Column& column) {
-  std::string_view expression = DemandsOf(column).default_value;
+std::optional<jet::Value> RowEditor::DefaultOf(const jet::Column& column, std::string_view expression) const {
   if (expression.starts_with('=')) expression.remove_prefix(1);
   if (expression.empty()) return std::nullopt;
   try {

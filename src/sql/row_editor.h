@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 #include <vector>
 
+#include "jet/row_draft.h"
 #include "jet/table.h"
 #include "jet/value.h"
 #include "sql/transaction.h"
@@ -22,7 +24,7 @@ class RowEditor {
   /// An empty text becomes Null where the column takes no empty texts but does take Null: old bases
   /// forbid them, and no message may be lost for that.
   /// @throws ConversionError 3421, Error 3163
-  void Set(std::size_t column, const jet::Value& value);
+  void Set(std::size_t column, jet::Value value);
   /// The row that was begun, and it stays so when this throws.
   /// @throws DuplicateKey, Error 3314, 3315, 3163, FileError
   jet::RowId Store();
@@ -30,14 +32,20 @@ class RowEditor {
   void Delete(jet::RowId id);
 
  private:
-  const jet::ColumnProperties& DemandsOf(const jet::Column& column) {
-    return changes_.PropertiesOf(table_).Of(column.name);
-  }
-  std::optional<jet::Value> DefaultOf(const jet::Column& column);
+  /// What a base demands of a column.
+  struct Target {
+    const jet::Column* column;
+    bool empty_becomes_null;
+    std::optional<jet::Value> initial;  // none = nothing is set
+  };
+
+  void ReadDemands();
+  std::optional<jet::Value> DefaultOf(const jet::Column& column, std::string_view expression) const;
 
   Changes& changes_;
   jet::Table table_;
-  std::vector<std::optional<jet::Value>> values_;  // by column; none = never set
+  std::vector<Target> targets_;       // by column, since the first row was begun
+  std::vector<jet::Assignment> row_;  // the new row's values
 };
 
 }  // namespace sql

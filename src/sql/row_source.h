@@ -34,8 +34,9 @@ class RowAccess {
   virtual bool IsNull(std::size_t column) const = 0;
   /// A text may be decoded into `buffer`. It lives as long as the row and the buffer are left alone.
   virtual Scalar Read(std::size_t column, std::string& buffer) const = 0;
-  /// A Text or Memo value without decoding it, where its bytes can be searched as they are.
-  virtual StoredText ReadStored(std::size_t column, std::string& buffer) const = 0;
+  /// A Text or Memo value without decoding it, where its bytes can be searched as they are. Lives until the
+  /// next such call.
+  virtual StoredText ReadStored(std::size_t column) const = 0;
   virtual jet::Value Get(std::size_t column) const = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "sql/stored_table.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "base/bytes.h"
@@ -59,14 +60,13 @@ class StoredRow final : public RowAccess {
     }
   }
 
-  StoredText ReadStored(std::size_t column, std::string& buffer) const override {
+  StoredText ReadStored(std::size_t column) const override {
     const jet::Column& c = def_.columns[column];
     if (row_->IsNull(c)) return {};
     const auto encoding =
         version_ == jet::Version::kJet3 ? StoredText::Encoding::kWindows1251 : StoredText::Encoding::kUtf16;
     if (c.type == ColumnType::kText) return {encoding, AsText(row_->Stored(c))};
-    row_->ReadStored(c, buffer);
-    return {encoding, buffer};
+    return {encoding, AsText(row_->FetchStored(c, memo_))};
   }
 
   jet::Value Get(std::size_t column) const override { return row_->Get(def_.columns[column]); }
@@ -75,6 +75,7 @@ class StoredRow final : public RowAccess {
   const jet::TableDef& def_;
   jet::Version version_;
   const jet::Row* row_ = nullptr;
+  mutable std::optional<jet::LongValue> memo_;  // that was asked for last
 };
 
 class ScanStream final : public RowStream {

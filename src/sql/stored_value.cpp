@@ -1,6 +1,7 @@
 #include "sql/stored_value.h"
 
 #include <string>
+#include <utility>
 
 #include "base/cat.h"
 #include "base/error.h"
@@ -39,8 +40,9 @@ std::string AsText(const Scalar& value) {
 }
 
 /// Values that have no counterpart in the column stay what they are.
-jet::Value Converted(ColumnType type, const jet::Value& value) {
-  if (jet::IsNull(value) || std::holds_alternative<jet::Binary>(value)) return value;
+jet::Value Converted(ColumnType type, jet::Value value) {
+  const bool is_text = std::holds_alternative<std::string>(value);
+  if (jet::IsNull(value) || std::holds_alternative<jet::Binary>(value) || (is_text && jet::IsText(type))) return value;
   std::string buffer;
   const Scalar scalar = ToScalar(value, buffer);
   switch (type) {
@@ -61,16 +63,15 @@ jet::Value Converted(ColumnType type, const jet::Value& value) {
 
 }  // namespace
 
-jet::Value ForColumn(jet::Version version, const jet::Column& column, const jet::Value& value) {
-  jet::Value converted;
+jet::Value ForColumn(jet::Version version, const jet::Column& column, jet::Value value) {
   try {
-    converted = Converted(column.type, value);
-    jet::CheckValue(version, column, converted);
+    value = Converted(column.type, std::move(value));
+    jet::CheckValue(version, column, value);
   } catch (const Error& error) {
     if (error.number() == error_number::kTextTooLong) throw;
     throw ConversionError(error_number::kConversion, Cat("Значение не подходит к полю "_ru, column.name));
   }
-  return converted;
+  return value;
 }
 
 }  // namespace sql

@@ -9,6 +9,6 @@ namespace sql {
 /// A value as the column stores it: numbers become texts and texts numbers, fractions are rounded to
 /// whole numbers. Null stays Null.
 /// @throws ConversionError 3421 when the value is none of the column's kind, Error 3163 when it is too long
-jet::Value ForColumn(jet::Version version, const jet::Column& column, const jet::Value& value);
+jet::Value ForColumn(jet::Version version, const jet::Column& column, jet::Value value);
 
 }  // namespace sql

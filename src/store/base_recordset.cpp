@@ -3,17 +3,32 @@
 #include "base/cat.h"
 #include "base/ru_literal.h"
 
+namespace {
+constexpr std::string_view kRows = "БазаЗапрос"_ru;
+}
+
 BaseRecordset::BaseRecordset(MessageBase& base)
-    : base_(base), writing_(base), rows_(base.connection().OpenDynaset("БазаЗапрос"_ru)) {}
+    : base_(base), writing_(base), rows_(base.connection().OpenDynaset(kRows)) {}
 
 // Rows added to a dynaset stand at its end whatever their number, so its last row does not tell.
 std::int32_t BaseRecordset::GetFirst(std::int32_t when_empty) {
   rows_.Cancel();
-  sql::Recordset falling = base_.connection().OpenDynaset("SELECT [Код] FROM [БазаЗапрос] ORDER BY [Код] DESC"_ru);
-  return falling.Eof() ? when_empty : falling.Int(0);
+  sql::Recordset last = base_.connection().OpenSnapshot("SELECT TOP 1 [Код] FROM [БазаЗапрос] ORDER BY [Код] DESC"_ru);
+  return last.Eof() ? when_empty : last.Int(0);
 }
 
 bool BaseRecordset::msgExist(std::int32_t number) {
   rows_.FindFirst(Cat("[Код] = "_ru, number));
   return !rows_.NoMatch();
+}
+
+void BaseRecordset::CommitBatch() {
+  batch_->Commit();
+  batch_.reset();
+}
+
+void BaseRecordset::DropBatch() {
+  rows_.Cancel();
+  batch_.reset();
+  rows_ = base_.connection().OpenDynaset(kRows);  // the old set lists rows that are no more
 }

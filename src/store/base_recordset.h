@@ -1,16 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "sql/recordset.h"
+#include "sql/transaction.h"
 #include "store/message_base.h"
 #include "store/query_recordset.h"
 
 /// The rows of БазаЗапрос in the open base. While it lives the base is open for writing, and no other
 /// program can write to it.
-class BaseRecordset : public QueryRecordset {
+class BaseRecordset : public BatchedRecordset {
  public:
   /// @param base  outlives this, and opens no other file meanwhile
   /// @throws Error 91, 3027, 3045, like MessageBase::Writing; SqlError when the query cannot be carried out
@@ -26,8 +28,13 @@ class BaseRecordset : public QueryRecordset {
   void Update() override { rows_.Update(); }
   void Cancel() override { rows_.Cancel(); }
 
+  void BeginBatch() override { batch_.emplace(base_.connection()); }
+  void CommitBatch() override;
+  void DropBatch() override;
+
  private:
   MessageBase& base_;
   MessageBase::Writing writing_;
   sql::Recordset rows_;
+  std::optional<sql::Transaction> batch_;
 };

@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "sql/connection.h"
+
 /// Changes to the messages of a base.
 class MessageEdits {
  public:
@@ -16,3 +18,6 @@ class MessageEdits {
 
 /// The statement that deletes one message.
 std::string DeleteStatement(std::int32_t number);
+
+/// What MessageEdits::Delete promises, through a connection to a base that is open for writing.
+void DeleteMessages(sql::Connection& connection, std::span<const std::int32_t> numbers);

@@ -3,6 +3,7 @@
 #include "base/cat.h"
 #include "base/ole_date.h"
 #include "base/ru_literal.h"
+#include "config/paths.h"
 #include "jet/table_design.h"
 
 namespace {
@@ -60,6 +61,10 @@ std::vector<jet::NewProperties> Properties() {
   return properties;
 }
 
+std::string ForumAndYear(std::string_view forum, const Clock& clock) {
+  return Cat(forum, "_", ole_date::ToCivil(clock.Now()).year);
+}
+
 }  // namespace
 
 void CreateMessageBase(FileSystem& files, const std::string& path, const jet::NewBase& kind, const Clock& clock) {
@@ -72,5 +77,13 @@ void CreateMessageBase(FileSystem& files, const std::string& path, const jet::Ne
 }
 
 std::string ProposedBaseName(std::string_view forum, const Clock& clock) {
-  return Cat(forum, "_", ole_date::ToCivil(clock.Now()).year, ".mdb");
+  return Cat(ForumAndYear(forum, clock), ".mdb");
+}
+
+std::string ProposedBasePath(const FileSystem& files, const std::string& folder, std::string_view forum,
+                             const Clock& clock) {
+  std::string path = paths::Join(folder, ProposedBaseName(forum, clock));
+  for (int next = 2; files.Exists(path); ++next)
+    path = paths::Join(folder, Cat(ForumAndYear(forum, clock), "_", next, ".mdb"));
+  return path;
 }

@@ -15,3 +15,8 @@ void CreateMessageBase(FileSystem& files, const std::string& path, const jet::Ne
 /// A file name for a forum's new base, by which the forum is found again: "kdv_2024.mdb".
 /// @param forum  the forum's code
 std::string ProposedBaseName(std::string_view forum, const Clock& clock);
+
+/// Where to put it: that name in the folder, or, when there is such a file, the first free one of
+/// "kdv_2024_2.mdb", "kdv_2024_3.mdb" ...
+std::string ProposedBasePath(const FileSystem& files, const std::string& folder, std::string_view forum,
+                             const Clock& clock);

@@ -31,3 +31,16 @@ class QueryRecordset {
   virtual void Update() = 0;
   virtual void Cancel() = 0;
 };
+
+/// A recordset whose rows can go on the disk together: a disk that writes a hundred separate rows a second
+/// writes thousands so. At most one batch at a time; the end of the object drops one that is under way.
+class BatchedRecordset : public QueryRecordset {
+ public:
+  /// From now on Update adds rows that look-ups see, but that are on the disk when CommitBatch returns.
+  virtual void BeginBatch() = 0;
+  /// @throws FileError, and Error when a row failed by halves: DropBatch must follow
+  virtual void CommitBatch() = 0;
+  /// Undoes all that was added since BeginBatch, the row under way too.
+  /// @throws Error when the base cannot be read any more
+  virtual void DropBatch() = 0;
+};

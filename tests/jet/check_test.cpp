@@ -16,11 +16,14 @@
 #include "base/error.h"
 #include "base/file.h"
 #include "base/ru_literal.h"
+#include "jet/create.h"
 #include "jet/data_page.h"
 #include "jet/index_page.h"
 #include "jet/long_value.h"
+#include "jet/table_design.h"
 #include "jet/tiny_base.h"
 #include "jet/usage_map.h"
+#include "jet/writing.h"
 
 namespace jet {
 namespace {
@@ -34,6 +37,26 @@ std::string Sample(std::string_view name) {
   std::string image(file->Size(), '\0');
   file->ReadAt(0, std::as_writable_bytes(std::span(image)));
   return image;
+}
+
+/// A forum of 2,000 messages with bodies of any length.
+std::string MadeForum(Version version) {
+  constexpr std::string_view kNumber = "Код"_ru, kText = "Текст"_ru;
+  constexpr NewColumn kColumns[] = {{.name = kNumber, .type = ColumnType::kLong},
+                                    {.name = kText, .type = ColumnType::kMemo}};
+  const NewIndex indexes[] = {PrimaryKey("PrimaryKey", {kNumber})};
+  FaultyFileSystem disk;
+  CreateBase(disk, kBasePath, {version, SortOrder::kGeneral}, OleDate{40000},
+             [&](CatalogWriter& catalog, const Header& header) {
+               catalog.CreateTable("База"_ru, DesignTable(header, kColumns, indexes));
+             });
+  WritableBase made(disk.Content(kBasePath));
+  Transaction transaction(made.base.store());
+  TableWriter writer(transaction, made.messages, {});
+  for (int number = 1; number <= 2000; ++number)
+    writer.Insert(Values(made.messages, {{kNumber, number}, {kText, std::string(number % 90 * 10 + 1u, 'x')}}));
+  transaction.Commit();
+  return made.disk.Content(kBasePath);
 }
 
 CheckResult CheckImage(std::string image) {
@@ -60,7 +83,7 @@ TEST(Check, FindsNoErrorInRealBases) {
   }
 }
 
-/// A real forum base, and the places in it where damage is done.
+/// A forum base, and the places in it where damage is done.
 class Patient {
  public:
   explicit Patient(std::string sample)
@@ -215,14 +238,24 @@ const DamageCase kDamages[] = {
      [](Patient& p) { p.Set(p.RowAt(p.def().owned_map), 7); }},
 };
 
-class CheckDamage : public testing::TestWithParam<const char*> {};
-INSTANTIATE_TEST_SUITE_P(BothVersions, CheckDamage, testing::Values("moysha_2001.mdb", "kdv_2002.mdb"),
-                         [](const auto& sample) { return sample.index == 0 ? "Jet3" : "Jet4"; });
+struct PatientKind {
+  const char* name;
+  std::string (*make)();
+};
+
+class CheckDamage : public testing::TestWithParam<PatientKind> {};
+INSTANTIATE_TEST_SUITE_P(Of, CheckDamage,
+                         testing::Values(PatientKind{"MadeJet3", [] { return MadeForum(Version::kJet3); }},
+                                         PatientKind{"MadeJet4", [] { return MadeForum(Version::kJet4); }},
+                                         PatientKind{"RealJet3", [] { return Sample("moysha_2001.mdb"); }},
+                                         PatientKind{"RealJet4", [] { return Sample("kdv_2002.mdb"); }}),
+                         [](const auto& kind) { return std::string(kind.param.name); });
 
 TEST_P(CheckDamage, IsNamed) {
-  const std::string good = Sample(GetParam());
+  const std::string good = GetParam().make();
   if (good.empty()) GTEST_SKIP() << "no sample bases in " << FORUM_SAMPLES;
   const CheckResult before = CheckImage(good);
+  EXPECT_EQ(before.errors, 0u) << Texts(before, Severity::kError);
   for (const DamageCase& c : kDamages) {
     SCOPED_TRACE(c.what);
     Patient patient(good);

@@ -13,8 +13,8 @@
 #include "base/cp1251.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
-#include "jet/base_check.h"
 #include "jet/create.h"
+#include "jet/faults.h"
 #include "jet/table_design.h"
 #include "jet/writing.h"
 #include "support/faulty_file.h"
@@ -164,6 +164,11 @@ TEST_P(Compacting, AWriterKeepsItOut) {
 }
 
 TEST_P(Compacting, AUserWhoStopsItFindsTheBaseAsItWas) {
+  Stopping user;
+  const std::string small = disk.Content(kPath);
+  EXPECT_FALSE(Compact(disk, kPath, {}, user).complete);  // while the backup is written
+  EXPECT_TRUE(disk.Content(kPath) == small);
+  EXPECT_FALSE(disk.Exists(BackupPath(kPath) + ".new"));
   {
     Database base = Database::Open(disk, kPath, Access::kReadWrite);
     const Table table = base.OpenTable("База"_ru);
@@ -173,7 +178,6 @@ TEST_P(Compacting, AUserWhoStopsItFindsTheBaseAsItWas) {
     transaction.Commit();
   }
   const std::string before = disk.Content(kPath);
-  Stopping user;
   EXPECT_FALSE(Compact(disk, kPath, {}, user).complete);
   EXPECT_TRUE(disk.Content(kPath) == before);
   EXPECT_FALSE(disk.Exists(kPath + ".new"));

@@ -11,8 +11,7 @@
 #include "base/error.h"
 #include "base/progress.h"
 #include "base/ru_literal.h"
-#include "jet/base_check.h"
-#include "jet/check.h"
+#include "jet/faults.h"
 #include "jet/index.h"
 #include "jet/journal.h"
 #include "jet/table_design.h"
@@ -70,12 +69,7 @@ std::vector<std::string> EntriesOf(Database& base, std::string_view table, std::
   return entries;
 }
 
-void ExpectSound(Database& base) {
-  EXPECT_THAT(FaultsOf(base), testing::IsEmpty());
-  NoProgress progress;
-  const CheckResult result = Check(base, progress);
-  for (const Finding& finding : result.findings) ADD_FAILURE() << cp1251::ToUtf8(finding.text);
-}
+void ExpectSound(Database& base) { EXPECT_THAT(FaultsOf(base), testing::IsEmpty()); }
 
 class Create : public testing::TestWithParam<Version> {
  protected:

@@ -107,6 +107,21 @@ TEST_P(Reader, SeeksByValue) {
   }
 }
 
+// Addresses may be out of date; those of live rows never are, however the table keeps the set of its pages.
+TEST_P(Reader, TellsLiveAddressesFromOthers) {
+  Row row;
+  for (const std::string_view name : {"База"_ru, "Виды"_ru}) {
+    const Table table = base.OpenTable(name);
+    for (TableCursor cursor = table.Scan(); cursor.Next();) {
+      const RowId live = cursor.row().id();
+      EXPECT_TRUE(table.TryRead(live, row));
+      EXPECT_FALSE(table.TryRead({live.page, 254}, row));
+      EXPECT_FALSE(table.TryRead({table.def().page, live.slot}, row));
+    }
+    EXPECT_FALSE(table.TryRead({1u << 23, 0}, row));
+  }
+}
+
 TEST_P(Reader, ReadsEveryType) {
   const Table table = base.OpenTable("Виды"_ru);
   TableCursor cursor = table.Scan();

@@ -5,7 +5,7 @@
 
 #include "base/cp1251.h"
 #include "base/error.h"
-#include "jet/base_check.h"
+#include "jet/faults.h"
 #include "jet/writing.h"
 
 namespace jet {
@@ -51,7 +51,7 @@ class FailingDisk : public testing::TestWithParam<Version> {
   }
 
   Rows MessagesOf(Database& base) const {
-    EXPECT_EQ(FaultsOf(base), known_faults_);
+    EXPECT_EQ(DamageOf(base), known_faults_);
     return RowsOf(base.OpenTable("База"_ru));
   }
   Rows MessagesOn(FileSystem& disk) const {
@@ -61,7 +61,7 @@ class FailingDisk : public testing::TestWithParam<Version> {
 
  private:
   WritableBase untouched_{GetParam()};
-  std::set<std::string> known_faults_ = FaultsOf(untouched_.base);
+  std::set<std::string> known_faults_ = DamageOf(untouched_.base);
 };
 
 INSTANTIATE_TEST_SUITE_P(BothVersions, FailingDisk, testing::ValuesIn(kBothVersions),

@@ -5,8 +5,8 @@
 
 #include "base/cp1251.h"
 #include "base/error.h"
-#include "jet/base_check.h"
 #include "jet/data_page.h"
+#include "jet/faults.h"
 #include "jet/text_codec.h"
 #include "jet/vectors.h"
 #include "jet/writing.h"
@@ -40,9 +40,9 @@ class Writer : public testing::TestWithParam<Version> {
     return *table.Seek(table.def().real_indexes[0], std::span(&key, 1));
   }
   std::set<std::string> NewFaults() {
-    const std::set<std::string> before = FaultsOf(before_);
+    const std::set<std::string> before = DamageOf(before_);
     std::set<std::string> faults;
-    for (const std::string& fault : FaultsOf(base))
+    for (const std::string& fault : DamageOf(base))
       if (!before.contains(fault)) faults.insert(fault);
     return faults;
   }
@@ -82,7 +82,7 @@ TEST_P(Writer, RowsWrittenAnewAreTheSameBytes) {
   const bool jet3 = GetParam() == Version::kJet3;
   const Page data = base.pages().Read(pages.data());
   const DataPage rows(layout, data, pages.definition);
-  ASSERT_EQ(rows.slots(), 2u);
+  ASSERT_EQ(rows.slot_count(), 2u);
   EXPECT_EQ(Hex(rows.Row(0)), jet3 ? vectors::kFirstRow3 : vectors::kFirstRow4);
   EXPECT_EQ(Hex(rows.Row(1)), jet3 ? vectors::kSecondRow3 : vectors::kSecondRow4);
   const Page leaf = base.pages().Read(pages.primary_key());
@@ -210,6 +210,48 @@ TEST_P(Writer, MapsGrowWithTheBase) {
   transaction.Commit();
   EXPECT_EQ(NewFaults(), std::set<std::string>{});
   EXPECT_EQ(table.CountRows(), static_cast<std::uint32_t>(kLast));
+}
+
+// What the engine cannot keep in order it refuses, in words, and the transaction may go on.
+TEST_P(Writer, RefusesWhatConcernsAnotherTable) {
+  const RowId row = Find(1);
+  const std::vector<Assignment> subject = Values(table, {{"Тема"_ru, Text("x")}}),
+                                number = Values(table, {{"Код"_ru, 8}});
+  Transaction transaction(base.store());
+  const auto refused = [&](auto change) {
+    try {
+      change();
+      return false;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.number(), error_number::kNoAccess);
+      EXPECT_THAT(cp1251::ToUtf8(error.what()), testing::HasSubstr("PrimaryKey"));
+      return true;
+    }
+  };
+  for (const bool refers : {false, true}) {
+    TableDef related = table.def();
+    related.logical_indexes[0].relation.side = refers ? 2 : 1;
+    TableWriter writer(transaction, Table(base.pages(), related), properties);
+    EXPECT_TRUE(refused([&] { writer.Update(row, number); }));
+    EXPECT_FALSE(refused([&] { writer.Update(row, subject); }));
+    EXPECT_EQ(refused([&] { writer.Insert(Message(refers ? 8 : 7)); }), refers);
+    EXPECT_EQ(refused([&] { writer.Delete(row); }), !refers);
+  }
+  transaction.Commit();
+}
+
+TEST_P(Writer, InventsNoGuid) {
+  TableDef replicated = base.OpenTable("Виды"_ru).def();
+  Column* guid = nullptr;
+  for (Column& column : replicated.columns)
+    if (column.type == ColumnType::kGuid) guid = &column;
+  guid->other_flags |= column_flag::kAutonumberGuid;
+  Transaction transaction(base.store());
+  TableWriter writer(transaction, Table(base.pages(), replicated), properties);
+  const std::vector<Assignment> given = {{&replicated.columns.front(), 7}, {guid, Guid{{1, 2, 3}}}};
+  EXPECT_THROW(writer.Insert(std::span(given).first(1)), Error);
+  EXPECT_NO_THROW(writer.Insert(given));
+  transaction.Commit();
 }
 
 // Every column type, both ways, in the table that has them all.

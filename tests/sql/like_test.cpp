@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "base/bytes.h"
 #include "base/error.h"
+#include "jet/text_codec.h"
 #include "test_base.h"
 
 namespace sql {
@@ -103,13 +106,28 @@ TEST(Like, SearchInUtf16KeepsToCharacters) {
   EXPECT_FALSE(*pattern.MatchStored({StoredText::Encoding::kUtf16, std::string_view("\x04\x41\x00\x04", 4)}));
 }
 
-TEST(Like, LeavesCompressedTextToBeDecoded) {
-  const LikePattern pattern("*a*");
-  EXPECT_FALSE(pattern
-                   .MatchStored({StoredText::Encoding::kUtf16,
-                                 "\xFF\xFE"
-                                 "abc"})
-                   .has_value());
+// A word that compressed text does not hold is missed without decoding it, one that it may hold never.
+TEST(Like, SearchesCompressedTextForCyrillic) {
+  const struct {
+    std::string_view pattern, text;
+    std::optional<bool> matches;
+  } cases[] = {
+      {"*a*", "abcdef", std::nullopt},
+      {"*ёлка*", "some plain text", false},
+      {"*ёлка*", "some text, ЁЛКА and more of it", std::nullopt},
+      {"*ёлка*", "a long text, then ёлк and more text", false},
+      {"*ёлка*", "text, an odd place, ёлКа and text", std::nullopt},
+      {"*x ёлка 1*", "some text, ёлка and more of it", std::nullopt},
+      {"*x ёлка 1*", "some text, сосна and more of it", false},
+  };
+  for (const auto& c : cases) {
+    std::string stored = cp1251::ToUtf16(Ru(c.text));
+    jet::CompressText(stored);
+    ASSERT_EQ(stored.substr(0, 2), "\xFF\xFE") << c.text;
+    EXPECT_EQ(LikePattern(Ru(c.pattern)).MatchStored({StoredText::Encoding::kUtf16, stored}), c.matches) << c.text;
+  }
+  constexpr std::string_view kParted("\xFF\xFE\0\x51\x04\x3B\x04\0\0\x3A\x04\x30\x04", 13);  // ёл|ка
+  EXPECT_EQ(LikePattern(Ru("*ёлка*")).MatchStored({StoredText::Encoding::kUtf16, kParted}), std::nullopt);
 }
 
 }  // namespace

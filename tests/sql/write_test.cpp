@@ -56,6 +56,26 @@ TEST_P(Writing, DeleteTakesTheRowsThatFulfilTheConditionAndSaysHowMany) {
   }
 }
 
+TEST_P(Writing, TopKeepsLevelRowsAlsoWhereAnIndexGivesTheOrder) {
+  const struct {
+    const char* statement;
+    std::vector<std::int32_t> numbers;
+  } cases[] = {
+      {"SELECT TOP 1 Код FROM База ORDER BY Код DESC", {5}},
+      {"SELECT TOP 3 Код FROM База", {1, 2, 3}},
+      {"SELECT TOP 2 Код FROM База WHERE Код>1", {2, 3}},
+      {"SELECT TOP 1 Код FROM База ORDER BY Вответ", {1}},
+      {"SELECT TOP 2 Код FROM База ORDER BY Вответ", {1, 2, 3, 5}},
+      {"SELECT DISTINCT TOP 2 Вответ FROM База ORDER BY Код DESC", {1, 0}},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::int32_t> numbers;
+    for (Recordset rows = connection_.OpenSnapshot(Ru(c.statement)); !rows.Eof(); rows.MoveNext())
+      numbers.push_back(rows.Int(0));
+    EXPECT_EQ(numbers, c.numbers) << c.statement;
+  }
+}
+
 TEST_P(Writing, AStatementThatCannotBeCarriedOutChangesNothing) {
   const struct {
     const char* statement;

@@ -7,6 +7,7 @@
 
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "jet/check.h"
 #include "store/base_edits.h"
 #include "store/message_rows.h"
 #include "store/new_base.h"
@@ -55,6 +56,33 @@ TEST_P(NewBaseTest, TheHighestNumberIsFoundWhateverWasAddedLast) {
   EXPECT_EQ(records.GetFirst(1), 300);
   for (const std::int32_t number : {10, 20, 300}) EXPECT_TRUE(records.msgExist(number));
   EXPECT_FALSE(records.msgExist(11));
+}
+
+TEST_P(NewBaseTest, ABatchIsStoredWholeOrNotAtAll) {
+  other_.OpenBase(path_);
+  {
+    BaseRecordset records(base_);
+    Add(records, 1);
+    records.BeginBatch();
+    for (std::int32_t number = 2; number <= 300; ++number) Add(records, number);
+    EXPECT_TRUE(records.msgExist(300));  // before it is on the disk
+    EXPECT_FALSE(ReadMessage(other_.connection(), 2).has_value());
+    records.DropBatch();
+    EXPECT_FALSE(records.msgExist(300));
+    EXPECT_TRUE(records.msgExist(1));
+    records.BeginBatch();
+    for (std::int32_t number = 2; number <= 200; ++number) Add(records, number);
+    EXPECT_EQ(ErrorOf([&] { Add(records, 200); }), error_number::kDuplicateKey);  // costs the others nothing
+    records.Cancel();
+    records.CommitBatch();
+    EXPECT_EQ(records.GetFirst(0), 200);
+    records.BeginBatch();
+    Add(records, 201);
+  }  // a batch that nobody committed
+  EXPECT_TRUE(ReadMessage(other_.connection(), 200).has_value());
+  EXPECT_FALSE(ReadMessage(other_.connection(), 201).has_value());
+  NoProgress nobody;
+  EXPECT_EQ(jet::Check(base_.database(), nobody).errors, 0u);
 }
 
 TEST_P(NewBaseTest, AMessageIsStoredWithEveryField) {

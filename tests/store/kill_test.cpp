@@ -1,5 +1,5 @@
-// A program that changes a base is killed at a random moment, again and again. FORUM_KILL_ROUNDS tells
-// how often, tools/kill_many.sh asks for more than the default.
+// A program that loads messages, deletes them or compacts their base is killed at a random moment, again and
+// again. FORUM_KILL_ROUNDS tells how often in each case, tools/kill_many.sh asks for more than the default.
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -9,7 +9,9 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <iterator>
 #include <map>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -19,7 +21,9 @@
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "jet/check.h"
+#include "jet/compact.h"
 #include "sql/connection.h"
+#include "sql/transaction.h"
 #include "store/new_base.h"
 #include "support/fixed_clock.h"
 #include "support/temp_folder.h"
@@ -28,54 +32,84 @@ namespace {
 
 using Messages = std::map<std::int32_t, std::string>;  // the texts by number
 
-constexpr int kRounds = 50;
-constexpr long kLongestLife = 60'000'000;  // nanoseconds
+constexpr int kRounds = 17;                 // of each kind
+constexpr long kLongestLife = 120'000'000;  // nanoseconds
+
+enum class Kind { kLoading, kDeleting, kCompacting };
+
+/// The base as the killed program has it open: for statements, or closed while it is compacted.
+struct OpenBase {
+  explicit OpenBase(std::string base_path) : path(std::move(base_path)) {}
+
+  sql::Connection& connection() {
+    if (!connection_) {
+      database_.emplace(jet::Database::Open(files, path, jet::Access::kReadWrite));
+      connection_.emplace(*database_, clock);
+    }
+    return *connection_;
+  }
+
+  DiskFileSystem files;
+  FixedClock clock{2002, 3, 15};
+  std::string path;
+
+ private:
+  std::optional<jet::Database> database_;
+  std::optional<sql::Connection> connection_;
+};
 
 /// What the program does in one round: the same for the same seed and messages.
 class Work {
  public:
-  Work(unsigned seed, Messages messages) : random_(seed), messages_(std::move(messages)) {}
+  Work(Kind kind, unsigned seed, Messages messages) : kind_(kind), random_(seed), messages_(std::move(messages)) {}
 
   const Messages& messages() const { return messages_; }
 
   /// Decides upon the next change, makes it here and, when there is one, in the base.
-  void Step(sql::Connection* base) {
-    const auto chance = random_() % 10;
-    if (messages_.size() > 3 && chance < 2) return DeleteOne(base);
-    if (messages_.size() > 30 && chance < 3) return DeleteMany(base);
+  void Step(OpenBase* base) {
+    if (kind_ == Kind::kCompacting) return Compact(base);
+    const unsigned deletions = kind_ == Kind::kDeleting ? 9 : 2;  // out of ten changes
+    if (messages_.size() > 3 && random_() % 10 < deletions)
+      return random_() % 8 == 0 ? DeleteMany(base) : DeleteOne(base);
     Add(base);
   }
 
  private:
   std::int32_t Number() { return static_cast<std::int32_t>(random_() % 100'000); }
 
-  void Add(sql::Connection* base) {
+  static void Compact(OpenBase* base) {
+    NoProgress progress;
+    if (base != nullptr) jet::Compact(base->files, base->path, {}, progress);
+  }
+
+  void Add(OpenBase* base) {
     std::int32_t number = Number();
     while (messages_.contains(number)) ++number;
     const std::string text(random_() % 3 == 0 ? random_() % 9000 : random_() % 300,
                            static_cast<char>('a' + random_() % 26));
     messages_[number] = text;
     if (base == nullptr) return;
-    sql::Recordset rows = base->OpenDynaset("БазаЗапрос"_ru);
+    sql::Recordset rows = base->connection().OpenDynaset("БазаЗапрос"_ru);
     rows.AddNew();
     rows.Set("Текст"_ru, text);
     rows.Set("Код"_ru, number);
     rows.Update();
   }
 
-  void DeleteOne(sql::Connection* base) {
+  void DeleteOne(OpenBase* base) {
     auto doomed = messages_.lower_bound(Number());
     if (doomed == messages_.end()) doomed = messages_.begin();
-    if (base != nullptr) base->Execute(Cat("DELETE * FROM База WHERE Код="_ru, doomed->first));
+    if (base != nullptr) base->connection().Execute(Cat("DELETE * FROM База WHERE Код="_ru, doomed->first));
     messages_.erase(doomed);
   }
 
-  void DeleteMany(sql::Connection* base) {
-    const std::int32_t end = Number();
-    if (base != nullptr) base->Execute(Cat("DELETE * FROM База WHERE Код<"_ru, end));
+  void DeleteMany(OpenBase* base) {
+    const std::int32_t end = std::next(messages_.begin(), static_cast<int>(random_() % 4))->first;
+    if (base != nullptr) base->connection().Execute(Cat("DELETE * FROM База WHERE Код<"_ru, end));
     messages_.erase(messages_.begin(), messages_.lower_bound(end));
   }
 
+  Kind kind_;
   std::mt19937 random_;
   Messages messages_;
 };
@@ -96,12 +130,9 @@ void KillMeAfter(long nanoseconds) {
 [[noreturn]] void ChangeUntilKilled(const std::string& path, Work work, long life, int report) {
   KillMeAfter(life);
   try {
-    DiskFileSystem files;
-    const FixedClock clock(2002, 3, 15);
-    jet::Database base = jet::Database::Open(files, path, jet::Access::kReadWrite);
-    sql::Connection connection(base, clock);
+    OpenBase base(path);
     for (;;) {
-      work.Step(&connection);
+      work.Step(&base);
       if (::write(report, "+", 1) != 1) _exit(3);
     }
   } catch (const std::exception& error) {
@@ -110,9 +141,21 @@ void KillMeAfter(long nanoseconds) {
   }
 }
 
-class Killed : public testing::Test {
+class Killed : public testing::TestWithParam<Kind> {
  protected:
   Killed() { CreateMessageBase(files_, path_, {}, clock_); }
+
+  /// Adds messages when there are few, so that there is something to delete and to copy.
+  void Refill(Messages& messages, unsigned seed) {
+    constexpr std::size_t kFew = 60, kEnough = 200;
+    if (GetParam() == Kind::kLoading || messages.size() > kFew) return;
+    Work filling(Kind::kLoading, seed, std::move(messages));
+    OpenBase base(path_);
+    sql::Transaction transaction(base.connection());
+    while (filling.messages().size() < kEnough) filling.Step(&base);
+    transaction.Commit();
+    messages = filling.messages();
+  }
 
   /// @return how many changes the killed program reported
   int Round(const Work& work, long life) {
@@ -147,7 +190,15 @@ class Killed : public testing::Test {
   std::string path_ = folder_ / "kdv.mdb";
 };
 
-TEST_F(Killed, ABaseHoldsAllThatWasReportedAndNothingByHalves) {
+std::string NameOf(Kind kind) {
+  if (kind == Kind::kLoading) return "Loads";
+  return kind == Kind::kDeleting ? "Deletes" : "Compacts";
+}
+
+INSTANTIATE_TEST_SUITE_P(WhileIt, Killed, testing::Values(Kind::kLoading, Kind::kDeleting, Kind::kCompacting),
+                         [](const auto& kind) { return NameOf(kind.param); });
+
+TEST_P(Killed, ABaseHoldsAllThatWasReportedAndNothingByHalves) {
   const char* const asked = std::getenv("FORUM_KILL_ROUNDS");
   const int rounds = asked == nullptr ? kRounds : std::atoi(asked);
   std::mt19937 random(1);
@@ -155,7 +206,8 @@ TEST_F(Killed, ABaseHoldsAllThatWasReportedAndNothingByHalves) {
   int changes = 0, unreported = 0;
   for (int round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
-    Work work(static_cast<unsigned>(random()), messages);
+    Refill(messages, static_cast<unsigned>(random()));
+    Work work(GetParam(), static_cast<unsigned>(random()), messages);
     const int reported = Round(work, static_cast<long>(random() % kLongestLife) + 1);
     for (int i = 0; i < reported; ++i) work.Step(nullptr);
     Work one_more = work;  // it may have been stored, and the program killed before it could say so
@@ -164,10 +216,10 @@ TEST_F(Killed, ABaseHoldsAllThatWasReportedAndNothingByHalves) {
     const bool had_one_more = messages == one_more.messages();
     EXPECT_TRUE(had_one_more || messages == work.messages());
     changes += reported;
-    unreported += had_one_more ? 1 : 0;
+    unreported += had_one_more && one_more.messages() != work.messages() ? 1 : 0;
   }
   std::cout << rounds << " kills, " << changes << " changes reported, " << unreported << " stored but not reported\n";
-  EXPECT_GT(changes, rounds);
+  EXPECT_GT(changes, 0);
 }
 
 }  // namespace

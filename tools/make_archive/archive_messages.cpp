@@ -36,8 +36,10 @@ constexpr std::string_view kNames[] = {"Иван"_ru,    "Мария"_ru, "Бы�
 
 }  // namespace
 
-ArchiveMessages::ArchiveMessages(std::uint32_t seed)
-    : random_(seed), day_(static_cast<double>(ole_date::DayNumber(1999, 1, 11))) {
+ArchiveMessages::ArchiveMessages(std::uint32_t seed, std::uint32_t longest)
+    : random_(seed),
+      longest_(std::max(longest, kShortestBody)),
+      day_(static_cast<double>(ole_date::DayNumber(1999, 1, 11))) {
   for (std::size_t i = 0; i < kAuthors; ++i) {
     const std::string_view name = kNames[Below(std::size(kNames))];
     authors_.push_back(i < std::size(kNames) ? std::string(name) : Cat(name, i));
@@ -89,10 +91,11 @@ std::string ArchiveMessages::Words(std::uint32_t count) {
 }
 
 std::size_t ArchiveMessages::BodyLength() {
-  constexpr std::size_t kHuge = 100'000, kShortest = 100, kLongest = 3000;
+  constexpr std::size_t kHuge = 100'000;
   if (Chance(5000)) return kHuge;
-  const std::uint32_t a = Below(kLongest - kShortest), b = Below(kLongest - kShortest);
-  return kShortest + std::size_t{a} * b / (kLongest - kShortest);  // short ones are more frequent
+  const std::uint32_t range = longest_ - kShortestBody + 1;
+  const std::uint32_t a = Below(range), b = Below(range);
+  return kShortestBody + std::size_t{a} * b / range;  // short ones are more frequent
 }
 
 std::string ArchiveMessages::Body() {

@@ -13,7 +13,10 @@
 /// deleted messages.
 class ArchiveMessages {
  public:
-  explicit ArchiveMessages(std::uint32_t seed);
+  static constexpr std::uint32_t kShortestBody = 100;
+
+  /// @param longest  characters of a body, from kShortestBody on; one in 5,000 is much longer still
+  ArchiveMessages(std::uint32_t seed, std::uint32_t longest = 3'000);
 
   /// Numbers rise from 1; a message answers an earlier one, which may be missing.
   MessageRecord Next();
@@ -34,6 +37,7 @@ class ArchiveMessages {
   void Remember(const MessageRecord& message);
 
   std::mt19937 random_;  // its numbers are laid down by the standard, those of the distributions are not
+  std::uint32_t longest_;
   std::int32_t number_ = 0;
   double day_;
   std::vector<std::string> authors_;

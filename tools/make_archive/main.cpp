@@ -24,6 +24,14 @@ bool ReadNumber(std::string_view word, std::uint32_t& number) {
   return error == std::errc() && end == word.data() + word.size();
 }
 
+/// @return where the number behind this word goes; nullptr when there comes none
+std::uint32_t* NumberFor(std::string_view word, ArchiveOptions& options) {
+  if (word == "--messages") return &options.messages;
+  if (word == "--seed") return &options.seed;
+  if (word == "--longest") return &options.longest;
+  return nullptr;
+}
+
 std::optional<Words> ReadWords(int count, char** given) {
   Words words;
   for (int i = 1; i < count; ++i) {
@@ -31,8 +39,8 @@ std::optional<Words> ReadWords(int count, char** given) {
     const std::string_view value = i + 1 < count ? given[i + 1] : "";
     if (word == "--jet4") {
       words.options.kind.version = jet::Version::kJet4;
-    } else if (word == "--messages" || word == "--seed") {
-      if (!ReadNumber(value, word == "--seed" ? words.options.seed : words.options.messages)) return std::nullopt;
+    } else if (std::uint32_t* const number = NumberFor(word, words.options)) {
+      if (!ReadNumber(value, *number)) return std::nullopt;
       ++i;
     } else if (word.starts_with("--") || !words.path.empty()) {
       return std::nullopt;
@@ -48,7 +56,7 @@ std::optional<Words> ReadWords(int count, char** given) {
 int main(int count, char** given) try {
   const std::optional<Words> words = ReadWords(count, given);
   if (!words) {
-    std::cerr << "make_archive [--jet4] [--messages ЧИСЛО] [--seed ЧИСЛО] БАЗА\n";
+    std::cerr << "make_archive [--jet4] [--messages ЧИСЛО] [--seed ЧИСЛО] [--longest ЗНАКОВ] БАЗА\n";
     return kMisused;
   }
   DiskFileSystem files;

@@ -56,7 +56,7 @@ void MakeArchive(FileSystem& files, const std::string& path, const ArchiveOption
   jet::Database base = jet::Database::Open(files, path, jet::Access::kReadWrite);
   jet::Transaction transaction(base.store());
   MessageWriter writer(transaction, base);
-  ArchiveMessages messages(options.seed);
+  ArchiveMessages messages(options.seed, options.longest);
   for (std::uint32_t i = 0; i < options.messages; ++i) writer.Add(messages.Next());
   transaction.Commit();
 }
