@@ -3,7 +3,8 @@
 
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libgl-dev nlohmann-json3-dev)
 run_packages=(libqt6svg6 qt6-qpa-plugins qt6-translations-l10n fonts-dejavu-core)
-test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev mdbtools fonts-dejavu-core)
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev libsqlite3-dev mdbtools nginx-light fonts-dejavu-core
+  libxml2-utils xsltproc)
 
 say() { printf '== %s\n' "$*"; }
 

@@ -91,6 +91,16 @@ void Prepare(const std::string& folder, const std::string& shipped) {
     fs::copy_file(paths::Join(shipped, file), paths::Join(folder, file), fs::copy_options::skip_existing, ignored);
 }
 
+std::string ShippedFile(const std::string& folder, const std::string& shipped, std::string_view name) {
+  for (const std::string& place : {folder, shipped}) {
+    if (place.empty()) continue;
+    std::error_code ignored;
+    std::string path = paths::Resolve(paths::Join(place, name));
+    if (fs::is_regular_file(path, ignored)) return path;
+  }
+  return {};
+}
+
 std::string Find(const Places& places) {
   std::string folder = Choose(places);
   Prepare(folder, ShippedFolder(places));

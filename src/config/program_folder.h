@@ -1,7 +1,7 @@
 #pragma once
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 /// The one folder that holds forum.ini, forum.log, the exports and, by default, the bases.
 /// Paths are the file system's own bytes.
@@ -32,6 +32,10 @@ std::string ShippedFolder(const Places& places);
 /// forum.ini, message.xsl and readme.txt out of `shipped`, as far as they are there and not yet here.
 /// A folder that cannot be made or written stays as it is: forum.ini then reads as empty.
 void Prepare(const std::string& folder, const std::string& shipped);
+
+/// Where to read a shipped file: the program folder's own copy, which the user may have changed, else the
+/// one of `shipped`. Empty when both are missing.
+std::string ShippedFile(const std::string& folder, const std::string& shipped, std::string_view name);
 
 /// Choose and Prepare.
 std::string Find(const Places& places);

@@ -99,6 +99,15 @@ std::int32_t DaysFromText(std::string_view text) {
 
 bool SwitchFromText(std::string_view text) { return LenientWithin(text, 1) != 0; }
 
+double TextSizeFromText(std::string_view text) {
+  constexpr double kLargest = 144;
+  try {
+    return std::clamp(text::LenientNumber(text), 0.0, kLargest);
+  } catch (const Error&) {
+    return kLargest;
+  }
+}
+
 OpenThreads OpenThreadsFromText(std::string_view text) {
   if (text == "All") return OpenThreads::kAll;
   if (text == "New") return OpenThreads::kNew;

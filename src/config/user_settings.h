@@ -61,6 +61,9 @@ std::int32_t LoadDaysFromText(std::string_view text);
 std::int32_t DaysFromText(std::string_view text);
 /// A check box: any number but 0.
 bool SwitchFromText(std::string_view text);
+/// The size of the message text in points: leading number, else 0, which is the desktop's own size; at most
+/// what a screen has room for.
+double TextSizeFromText(std::string_view text);
 /// Any other word opens nothing.
 OpenThreads OpenThreadsFromText(std::string_view text);
 

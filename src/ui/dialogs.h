@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <QString>
 
@@ -30,6 +31,12 @@ class Dialogs {
   /// exist. None when the user cancels.
   /// @param start  the folder or file shown first
   virtual std::optional<std::string> ChooseBase(QWidget* parent, const std::string& start) = 0;
+  /// The same for a base that is to be made. A file that exists can be named; nobody is asked about it.
+  virtual std::optional<std::string> ChooseNewBase(QWidget* parent, const std::string& start) = 0;
+  /// @param start  the folder shown first
+  virtual std::optional<std::string> ChooseFolder(QWidget* parent, const QString& title, const std::string& start) = 0;
+  /// Files that hold saved pages; none when the user cancels.
+  virtual std::vector<std::string> ChoosePages(QWidget* parent, const std::string& start) = 0;
 };
 
 /// Dialogs as boxes on the screen.
@@ -39,4 +46,7 @@ class QtDialogs : public Dialogs {
   bool AskOkCancel(QWidget* parent, const QString& text, BoxIcon icon, const QString& title) override;
   QString AskLine(QWidget* parent, const QString& prompt, const QString& title) override;
   std::optional<std::string> ChooseBase(QWidget* parent, const std::string& start) override;
+  std::optional<std::string> ChooseNewBase(QWidget* parent, const std::string& start) override;
+  std::optional<std::string> ChooseFolder(QWidget* parent, const QString& title, const std::string& start) override;
+  std::vector<std::string> ChoosePages(QWidget* parent, const std::string& start) override;
 };

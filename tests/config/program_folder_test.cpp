@@ -44,6 +44,17 @@ TEST(ProgramFolder, ShippedFilesLieBesideTheProgramOrInTheSourceTree) {
   EXPECT_EQ(program_folder::ShippedFolder({}), "");
 }
 
+TEST(ProgramFolder, AShippedFileIsReadWhereTheUserMayHaveChangedItFirst) {
+  const TempFolder disk;
+  const std::string home = disk / "home", shipped = disk / "shipped";
+  EXPECT_EQ(program_folder::ShippedFile(home, shipped, "readme.txt"), "");
+  disk.Put("shipped/readme.txt");
+  EXPECT_EQ(program_folder::ShippedFile(home, shipped, "readme.txt"), shipped + "/readme.txt");
+  disk.Put("home/ReadMe.TXT");
+  EXPECT_EQ(program_folder::ShippedFile(home, shipped, "readme.txt"), home + "/ReadMe.TXT");
+  EXPECT_EQ(program_folder::ShippedFile(home, "", "message.xsl"), "");
+}
+
 TEST(ProgramFolder, OnlyAFirstUseBringsTheShippedFiles) {
   const TempFolder disk;
   disk.Put("shipped/forum.ini", "new");

@@ -49,6 +49,11 @@ void MemoryQueryRecordset::Cancel() {
   pending_.reset();
 }
 
+void MemoryQueryRecordset::DropBatch() {
+  rows_ = before_batch_;
+  pending_.reset();
+}
+
 void MemoryQueryRecordset::Step(std::string_view step) {
   const auto failure = failures_.find(std::string(step));
   if (failure == failures_.end() || failure->second == 0) return;

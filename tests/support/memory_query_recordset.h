@@ -9,7 +9,7 @@
 #include "support/script.h"
 
 /// БазаЗапрос of a base in memory: number → its fields as text. Rows are written down as they are built.
-class MemoryQueryRecordset : public QueryRecordset {
+class MemoryQueryRecordset : public BatchedRecordset {
  public:
   using Row = std::map<std::string, std::string>;
 
@@ -17,8 +17,8 @@ class MemoryQueryRecordset : public QueryRecordset {
 
   /// A row that was there before; it is no event.
   void Hold(std::int32_t number) { rows_[number] = {}; }
-  /// Makes a step fail as a broken disk does: "GetFirst", "msgExist", "AddNew", "Update" or a field's name in
-  /// Windows-1251. @param times  how often before it works again
+  /// Makes a step fail as a broken disk does: "GetFirst", "msgExist", "AddNew", "Update", "CommitBatch" or a field's
+  /// name in Windows-1251. @param times  how often before it works again
   void Fail(std::string_view step, int times = 1) { failures_[std::string(step)] = times; }
   /// Takes no empty text in this field.
   void ForbidEmpty(std::string_view field) { never_empty_.emplace(field); }
@@ -32,13 +32,16 @@ class MemoryQueryRecordset : public QueryRecordset {
   void SetDate(std::string_view field, OleDate date) override;
   void Update() override;
   void Cancel() override;
+  void BeginBatch() override { before_batch_ = rows_; }
+  void CommitBatch() override { Step("CommitBatch"); }
+  void DropBatch() override;
 
  private:
   void Step(std::string_view step);
   void Set(std::string_view field, const std::string& value);
 
   Script& script_;
-  std::map<std::int32_t, Row> rows_;
+  std::map<std::int32_t, Row> rows_, before_batch_;
   std::optional<Row> pending_;
   std::map<std::string, int> failures_;
   std::set<std::string> never_empty_;

@@ -15,7 +15,9 @@ class ScriptedDialogs : public Dialogs {
   bool ok = true;              // the answer to OK or Cancel
   QString line;                // the answer to a question for a line
   std::optional<std::string> base;
-  std::string base_start;  // what ChooseBase was to show first
+  std::string base_start;  // what ChooseBase or ChooseNewBase was to show first
+  std::optional<std::string> folder;
+  std::vector<std::string> pages;
 
   void Tell(QWidget*, const QString& text, BoxIcon, const QString&) override { told.push_back(text); }
   bool AskOkCancel(QWidget*, const QString& text, BoxIcon, const QString&) override {
@@ -30,4 +32,9 @@ class ScriptedDialogs : public Dialogs {
     base_start = start;
     return base;
   }
+  std::optional<std::string> ChooseNewBase(QWidget* parent, const std::string& start) override {
+    return ChooseBase(parent, start);
+  }
+  std::optional<std::string> ChooseFolder(QWidget*, const QString&, const std::string&) override { return folder; }
+  std::vector<std::string> ChoosePages(QWidget*, const std::string&) override { return pages; }
 };

@@ -1,5 +1,7 @@
 #include "config/ui/frmOpen.h"
 
+#include <utility>
+
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -12,6 +14,7 @@
 #include "config/forum_list.h"
 #include "config/paths.h"
 #include "config/settings_checks.h"
+#include "config/ui/choice_lists.h"
 #include "config/user_settings.h"
 #include "ui/text.h"
 
@@ -19,11 +22,6 @@ namespace {
 
 const QString kNotChosen = QStringLiteral("не выбран");
 const QString kProgramFolderEntry = QStringLiteral("  ");
-
-template <typename Texts>
-void AddEntries(QComboBox* list, const Texts& texts) {
-  for (const std::string_view text : texts) list->addItem(FromCp1251(text));
-}
 
 /// Selects an entry; a text of the user's own becomes one.
 void SelectEntry(QComboBox* list, const QString& text) {
@@ -33,14 +31,6 @@ void SelectEntry(QComboBox* list, const QString& text) {
 }
 
 bool IsFile(const std::string& path) { return QFileInfo(QStringFromPath(path)).isFile(); }
-
-QComboBox* NamedList(const char* name) {
-  auto* list = Named<QComboBox>(name);
-  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  list->setMinimumContentsLength(12);
-  list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  return list;
-}
 
 }  // namespace
 
@@ -60,8 +50,8 @@ frmOpen::frmOpen(const mdl_AZ::ForumIni& ini, const mdl_AZ::ForumLog& log, Setti
 }
 
 void frmOpen::AddControls() {
-  cmbSpec_ = NamedList("cmbSpec");
-  cmbBase_ = NamedList("cmbBase");
+  cmbSpec_ = ChoiceList("cmbSpec");
+  cmbBase_ = ChoiceList("cmbBase");
   cmbBase_->setPlaceholderText(QStringLiteral("База не выбрана"));
   txtBase_ = Named<QLineEdit>("txtBase");
   txtBase_->setReadOnly(true);
@@ -72,11 +62,10 @@ void frmOpen::AddControls() {
   lblHint_->setWordWrap(true);
   lblHint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblHint_->setMinimumHeight(3 * lblHint_->fontMetrics().lineSpacing());  // the dialog keeps its size whatever it says
-  cmbDays_ = NamedList("cmbDays");
-  cmbDays_->setEditable(true);
-  cmbDays_->setInsertPolicy(QComboBox::NoInsert);
-  cmbDays_->setCompleter(nullptr);  // it would turn a typed 3 into 30
-  cmbFormat_ = NamedList("cmbFormat");
+  cmbDays_ = FreeChoiceList("cmbDays");
+  cmbFormat_ = ChoiceList("cmbFormat");
+  cmdNew_ = Named<QPushButton>("cmdNew", QStringLiteral("&Создать базу…"));
+  cmdNew_->hide();
   cmdOK_ = Named<QPushButton>("cmdOK", QStringLiteral("OK"));
   cmdCancel_ = Named<QPushButton>("cmdCancel", QStringLiteral("Отмена"));
 }
@@ -95,6 +84,7 @@ void frmOpen::AddLayouts() {
   form->addRow(LabelFor(cmbFormat_, "lblFormat", QStringLiteral("&Подписи сообщений:")), cmbFormat_);
 
   auto* buttons = new QDialogButtonBox;
+  buttons->addButton(cmdNew_, QDialogButtonBox::ResetRole);
   buttons->addButton(cmdOK_, QDialogButtonBox::AcceptRole);
   buttons->addButton(cmdCancel_, QDialogButtonBox::RejectRole);
 
@@ -186,7 +176,7 @@ void frmOpen::ShowHint() {
 }
 
 QString frmOpen::NoBasesHint() const {
-  return QStringLiteral("В папке %1 баз известных форумов нет. Нажмите «Обзор…» и укажите файл базы (*.mdb) на диске.")
+  return QStringLiteral("В папке %1 баз известных форумов нет. Нажмите «Обзор…» и укажите файл базы (*.mdb) на диске или создайте новую.")
       .arg(QStringFromPath(folder_));
 }
 
@@ -216,6 +206,20 @@ void frmOpen::cmdOK_Click() {
   }
   StoreChoice();
   accept();
+}
+
+void frmOpen::OfferNewBase(NewBaseMaker make) {
+  make_new_base_ = std::move(make);
+  connect(cmdNew_, &QPushButton::clicked, this, &frmOpen::cmdNew_Click);
+  cmdNew_->show();
+}
+
+void frmOpen::cmdNew_Click() {
+  const auto base = make_new_base_(ToCp1251(cmbSpec_->currentData().toString()), this);
+  if (!base) return;
+  ListBases();
+  SetBase(*base);
+  cmdOK_Click();
 }
 
 void frmOpen::StoreChoice() {

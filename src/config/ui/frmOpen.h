@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 
 #include <QComboBox>
@@ -25,6 +27,13 @@ class frmOpen : public QDialog {
   /// @param open_base  the base on show, offered instead of the default one; empty = none
   void StartWithDays(const std::string& open_base);
 
+  /// Makes a base and returns its path, none when the user thinks better of it.
+  /// @param forum   the code of the forum that the dialog shows; may be empty
+  /// @param parent  the dialog
+  using NewBaseMaker = std::function<std::optional<std::string>(const std::string& forum, QWidget* parent)>;
+  /// Shows the button "Создать базу…". A base that it makes is opened at once, like one chosen with OK.
+  void OfferNewBase(NewBaseMaker make);
+
   /// The chosen file, the file system's own bytes; empty while none is chosen.
   const std::string& ChosenBase() const { return base_; }
 
@@ -44,6 +53,7 @@ class frmOpen : public QDialog {
   void cmbBase_Click();
   void cmdBrowse_Click();
   void cmdOK_Click();
+  void cmdNew_Click();
   void StoreChoice();
 
   const mdl_AZ::ForumIni& ini_;
@@ -53,9 +63,10 @@ class frmOpen : public QDialog {
   std::string base_;
   std::string folder_;  // whose bases are listed
   QString trouble_;     // why there is nothing to list
+  NewBaseMaker make_new_base_;
 
   QComboBox *cmbSpec_, *cmbBase_, *cmbDays_, *cmbFormat_;
   QLineEdit* txtBase_;
   QLabel* lblHint_;
-  QPushButton *cmdBrowse_, *cmdOK_, *cmdCancel_;
+  QPushButton *cmdBrowse_, *cmdNew_, *cmdOK_, *cmdCancel_;
 };
