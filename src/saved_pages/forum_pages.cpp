@@ -23,10 +23,13 @@ class QuietReading : public configured_page::Reading {
 
 }  // namespace
 
+bool ForumPages::Knows(std::string_view kind) {
+  return FindFixedForum(kind) != nullptr || configured_page::KnowsPagesOf(kind);
+}
+
 ForumPages::ForumPages(std::string_view kind, const Clock& clock)
     : kind_(kind), clock_(clock), fixed_(FindFixedForum(kind)) {
-  if (fixed_ == nullptr && !configured_page::KnowsPagesOf(kind))
-    throw Error(error_number::kBadArgument, Cat("Неизвестный форум: "_ru, kind));
+  if (!Knows(kind)) throw Error(error_number::kBadArgument, Cat("Неизвестный форум: "_ru, kind));
 }
 
 int ForumPages::Check(std::string_view page) const { return fixed_ ? fixed_->check(page) : trueMsg(kind_, page); }

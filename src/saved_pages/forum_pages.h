@@ -13,6 +13,9 @@ struct FixedForum;
 /// The pages of one forum, whichever of the two download windows it belongs to.
 class ForumPages {
  public:
+  /// Does anybody read the pages of this forum?
+  static bool Knows(std::string_view kind);
+
   /// @param clock  outlives this object
   /// @throws Error 5 for a code whose pages nobody reads
   ForumPages(std::string_view kind, const Clock& clock);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/cat.h"
@@ -46,29 +47,77 @@ bool IsNoMessage(const MessageRecord& message) {
   return message.Автор.empty() && !HasDate(message) && message.Текст.find_first_not_of(" \r\n") == std::string::npos;
 }
 
+constexpr std::size_t kPagesPerBatch = 100;
+constexpr double kSecond = 1.0 / 86'400;  // of a day
+
+/// What became of pages whose rows are not yet on the disk.
+struct Outcome {
+  ImportTotals totals;
+  std::vector<std::pair<const std::string*, std::string>> told;
+};
+
 class Importer {
  public:
   Importer(const SavedPagesImport& with, std::string_view kind) : with_(with), forum_(kind, with.clock) {}
 
   ImportTotals Run(std::span<const std::string> paths) {
-    const std::vector<SavedPage> pages = InOrder(paths, forum_.HasAuthorPages());
-    for (std::size_t done = 0; done < pages.size(); ++done) {
-      if (!with_.progress.Advance(static_cast<int>(100 * done / pages.size()))) {
-        totals_.not_reached = pages.size() - done;
-        return totals_;
-      }
-      Import(pages[done]);
-    }
-    with_.progress.Advance(100);
+    pages_ = InOrder(paths, forum_.HasAuthorPages());
+    while (GoesOn()) ImportBatch(kPagesPerBatch);
+    totals_.not_reached = pages_.size() - done_;
+    if (!stopped_) with_.progress.Advance(100);
     return totals_;
   }
 
  private:
+  bool GoesOn() {
+    if (stopped_ || done_ == pages_.size()) return false;
+    stopped_ = !with_.progress.Advance(static_cast<int>(100 * done_ / pages_.size()));
+    return !stopped_;
+  }
+
+  /// Takes the next pages, at most so many. When the base does not take them together (the disk is full, or one
+  /// row failed by halves), each has another try of its own.
+  void ImportBatch(std::size_t most) {
+    const std::size_t first = done_;
+    with_.records.BeginBatch();
+    try {
+      const OleDate late{with_.clock.Now().days + kSecond};
+      do Import(pages_[done_++]);
+      while (done_ - first < most && with_.clock.Now() < late && GoesOn());
+      with_.records.CommitBatch();
+    } catch (const Error& error) {
+      with_.records.DropBatch();
+      if (most > 1) return ImportSingly(first);
+      if (outcome_.totals.not_imported == 0) {
+        outcome_ = {};
+        Refuse(pages_[first], error.what());
+      }
+    }
+    Settle();
+  }
+
+  /// The pages from `first` up to where the batch has come.
+  void ImportSingly(std::size_t first) {
+    const std::size_t end = std::exchange(done_, first);
+    outcome_ = {};
+    while (done_ < end && GoesOn()) ImportBatch(1);
+  }
+
+  /// What became of the batch is certain now.
+  void Settle() {
+    totals_.imported += outcome_.totals.imported;
+    totals_.without_date += outcome_.totals.without_date;
+    totals_.already_there += outcome_.totals.already_there;
+    totals_.not_imported += outcome_.totals.not_imported;
+    for (const auto& [path, why] : outcome_.told) with_.trouble.Tell(*path, why);
+    outcome_ = {};
+  }
+
   void Import(const SavedPage& page) {
     if (!page.number) return Refuse(page, "в имени файла нет номера сообщения"_ru);
     try {
       if (with_.records.msgExist(*page.number)) {
-        ++totals_.already_there;
+        ++outcome_.totals.already_there;
         return;
       }
       Store(page, page_files::Read(with_.files, *page.path));
@@ -86,19 +135,23 @@ class Importer {
     const MessageRecord message = forum_.Parse(content, *page.number, author_page);
     if (IsNoMessage(message)) return Refuse(page, kNoMessage);
     StoreRow(with_.records, forum_.FieldsToStore(message));
-    ++totals_.imported;
+    ++outcome_.totals.imported;
     if (HasDate(message)) return;
-    ++totals_.without_date;
-    with_.trouble.Tell(*page.path, "дата не читается, сообщение записано без неё"_ru);
+    ++outcome_.totals.without_date;
+    outcome_.told.emplace_back(page.path, "дата не читается, сообщение записано без неё"_ru);
   }
 
   void Refuse(const SavedPage& page, std::string_view why) {
-    ++totals_.not_imported;
-    with_.trouble.Tell(*page.path, why);
+    ++outcome_.totals.not_imported;
+    outcome_.told.emplace_back(page.path, why);
   }
 
   const SavedPagesImport& with_;
   ForumPages forum_;
+  std::vector<SavedPage> pages_;
+  std::size_t done_ = 0;
+  bool stopped_ = false;
+  Outcome outcome_;  // of the batch under way
   ImportTotals totals_;
 };
 

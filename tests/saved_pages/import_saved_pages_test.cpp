@@ -166,6 +166,28 @@ TEST(ImportSavedPages, ARefusalOfTheBaseLosesOnePageAndNoMore) {
   }
 }
 
+TEST(ImportSavedPages, ABatchThatTheDiskRefusesIsTriedPageByPage) {
+  const struct {
+    int refusals;
+    std::string_view summary;
+    std::size_t told;
+  } cases[] = {
+      {1, "Записано сообщений: 3, уже были в базе: 0, не записано страниц: 1", 1},  // together, not one by one
+      {3, "Записано сообщений: 2, уже были в базе: 0, не записано страниц: 2", 2},
+      {5, "Записано сообщений: 0, уже были в базе: 0, не записано страниц: 4", 4},
+  };
+  for (const auto& c : cases) {
+    Stage stage;
+    for (const char* const name : {"1.html", "2.html", "3.html"})
+      stage.folder.Put(name, demo_pages::GeliumPage(Message()));
+    stage.folder.Put("index.html");  // takes a try of its own too
+    stage.records.Fail("CommitBatch", c.refusals);
+    EXPECT_EQ(stage.Summary("gelium"), c.summary);
+    EXPECT_EQ(stage.told.lines.size(), c.told) << testing::PrintToString(stage.told.lines);
+    EXPECT_EQ(stage.Import("gelium").imported, c.told - 1);
+  }
+}
+
 TEST(ImportSavedPages, GoesFromTheLowestNumberUpAndCanBeStoppedAndRepeated) {
   Stage stage;
   for (const char* const name : {"10.html", "9.html", "a/2.html", "msg_9.html"})

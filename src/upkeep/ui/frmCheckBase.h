@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "ui/work_dialog.h"
+#include "upkeep/ui/upkeep_needs.h"
+
+/// The window "Проверить базу": checks a base as soon as it is shown, and lists what is wrong with it in words.
+/// The base is only read, so it may be the open one, or one that does not open as a message base.
+class frmCheckBase : public WorkDialog {
+  Q_OBJECT
+ public:
+  /// @param base  the file system's own bytes
+  frmCheckBase(const UpkeepNeeds& needs, const std::string& base, QWidget* parent = nullptr);
+};
