@@ -26,8 +26,14 @@ inline constexpr std::string_view kNothingNewHint = "На форуме нет н
 inline constexpr std::string_view kWaitHint = "Дождитесь завершения скачивания текущего файла...."_ru;
 inline constexpr std::string_view kIdleHint =
     "Hint : для определения последнего сообщения в базе или последнего сообщения на форуме нажмите на кнопки \"?\""_ru;
+inline constexpr std::string_view kStoppedText = "Остановлено пользователем"_ru;
 inline constexpr std::string_view kUnknownForumMessage =
     "Я не знаю откуда качать ! Из названия файла непонятно, что это за база"_ru;
+inline constexpr std::string_view kUnknownForumHint =
+    "Из имени файла базы сообщений непонятно, что это за база. Поэтому откуда качать, я тоже не знаю..."_ru;
+
+/// How far behind the last number in the base a window proposes to go.
+inline constexpr std::int32_t kProposedNumbers = 100;
 
 /// What the user chose: everything new, or the texts of the two boxes.
 struct RangeChoice {

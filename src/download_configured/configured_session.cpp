@@ -41,6 +41,16 @@ void ConfiguredSession::cmdGetFirst_Click() {
   }
 }
 
+void ConfiguredSession::cmdGetLast_Click() {
+  try {
+    with_.view.SetEnd(Cat(std::int64_t{with_.GetFirst()} + kProposedNumbers));
+    with_.view.SetHint(
+        "Форум не сообщает номер последнего сообщения. Предлагаю 100 номеров после последнего в базе"_ru);
+  } catch (const Error& error) {
+    ReportBroken(error);
+  }
+}
+
 bool ConfiguredSession::MayClose() {
   with_.view.SetHint(kWaitHint);
   return with_.view.IsEnabled(SessionButton::cmdDownload);
@@ -190,7 +200,7 @@ void ConfiguredSession::Interrupt() {
   with_.view.Enable(SessionButton::cmdDownload, true);
   with_.view.Enable(SessionButton::cmdGetLast, true);
   with_.Log("Скачивание остановлено"_ru);
-  with_.Bar("Остановлено пользователем"_ru);
+  with_.Bar(kStoppedText);
   with_.view.ScrollToRow();
   with_.view.SetCell(row_column::kStatus, "Остановлено..."_ru);
   with_.view.SetHint(kIdleHint);

@@ -23,6 +23,8 @@ class ConfiguredSession {
   /// The running session stops behind the page that comes, or before its next number.
   void cmdCancelDL_Click();
   void cmdGetFirst_Click();
+  /// These forums do not tell their last number: the range that a window opens with is proposed again.
+  void cmdGetLast_Click();
   /// The user closes the window. @return false while a session runs, which goes on
   bool MayClose();
 

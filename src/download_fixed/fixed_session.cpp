@@ -179,7 +179,7 @@ void FixedSession::ReportStopped() {
   ShowIdle(with_.view);
   with_.view.SetProgress(0);
   with_.Log("Скачивание остановлено"_ru);
-  with_.Bar("Остановлено пользователем"_ru);
+  with_.Bar(kStoppedText);
   StopRequested_ = false;
   with_.view.SetHint(kIdleHint);
 }

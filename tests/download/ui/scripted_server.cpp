@@ -20,11 +20,16 @@ void ScriptedServer::Accept() {
   }
 }
 
+ScriptedServer::Answer ScriptedServer::NextAnswer() const {
+  if (answer_to) return answer_to(requests_.back());
+  const std::size_t nth = std::min(requests_.size(), answers.size());
+  return nth == 0 ? Answer{.then = Then::kKeepOpen} : answers[nth - 1];
+}
+
 void ScriptedServer::Receive(QTcpSocket* peer) {
   if (!peer->peek(1 << 16).contains(request_end_)) return;
   requests_.push_back(peer->readAll().toStdString());
-  const std::size_t nth = std::min(requests_.size(), answers.size());
-  const Answer answer = nth == 0 ? Answer{.then = Then::kKeepOpen} : answers[nth - 1];
+  const Answer answer = NextAnswer();
   if (answer.pace == Pace::kByteByByte)
     Drip(peer, answer, 0);
   else

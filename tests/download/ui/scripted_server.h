@@ -26,6 +26,8 @@ class ScriptedServer {
 
   /// One answer per request; the last one also for all that follow.
   std::vector<Answer> answers;
+  /// Takes the place of `answers` when it is set.
+  std::function<Answer(const std::string& request)> answer_to;
   std::function<void()> on_request;
   /// As received, whole.
   const std::vector<std::string>& requests() const { return requests_; }
@@ -38,6 +40,7 @@ class ScriptedServer {
   void Close() { server_.close(); }
 
  private:
+  Answer NextAnswer() const;
   void Accept();
   void Receive(QTcpSocket* peer);
   static void Play(QTcpSocket* peer, const Answer& answer);
