@@ -4,6 +4,8 @@
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
+#include "saved_pages/forum_pages.h"
+#include "text/numbers.h"
 
 namespace cli {
 
@@ -63,6 +65,18 @@ class ArgumentReader {
   bool only_words_ = false;
   Arguments arguments_;
 };
+
+std::int32_t MessageNumber(const std::string& word) {
+  const std::string number = cp1251::FromUtf8(word);
+  if (!text::IsNumber(number)) throw UsageError(Cat("Не номер сообщения: "_ru, number));
+  return text::StrictLong(number);
+}
+
+std::string ForumCode(const std::string& word) {
+  std::string code = cp1251::FromUtf8(word);
+  if (!ForumPages::Knows(code)) throw UsageError(Cat("Неизвестный форум: "_ru, code));
+  return code;
+}
 
 Arguments ReadArguments(const Command& command, std::span<const std::string> words) {
   return ArgumentReader(command, words).Read();

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <span>
@@ -12,12 +15,14 @@
 #include "base/clock.h"
 #include "base/error.h"
 #include "base/file.h"
+#include "cli/tool.h"
+#include "download/page_fetcher.h"
 
 /// The parts of kdvbase. Everything printed, and every literal here, is UTF-8; errors carry
 /// Windows-1251 as everywhere.
 namespace cli {
 
-inline constexpr int kDone = 0, kFailed = 1, kMisused = 2;  // exit status
+inline constexpr int kDone = 0, kFailed = 1, kMisused = 2, kStopped = 3;  // exit status
 
 /// The words do not make a command; kMisused.
 class UsageError : public Error {
@@ -51,6 +56,9 @@ struct Context {
   std::ostream& errors;  // for what does not end the command
   FileSystem& files;
   const Clock& clock;
+  const FetcherFactory& make_fetcher;  // may be empty
+  bool on_terminal = false;
+  int status = kDone;  // of a command that ends without an Error
 };
 
 inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
@@ -68,12 +76,20 @@ struct Command {
 /// every command. @throws UsageError
 Arguments ReadArguments(const Command& command, std::span<const std::string> words);
 
+/// A word as the number of a message. @throws UsageError when it is none
+std::int32_t MessageNumber(const std::string& word);
+/// A word, in UTF-8, as the code of a forum whose pages can be read. @throws UsageError when it is none
+std::string ForumCode(const std::string& word);
+
 // Each file commands_*.cpp contributes its own.
-std::span<const Command> BaseCommands();    // commands_base.cpp
-std::span<const Command> RowCommands();     // commands_rows.cpp
-std::span<const Command> TreeCommands();    // commands_tree.cpp
-std::span<const Command> PageCommands();    // commands_pages.cpp
-std::span<const Command> ImportCommands();  // commands_import.cpp
-std::span<const Command> UpkeepCommands();  // commands_upkeep.cpp
+std::span<const Command> BaseCommands();     // commands_base.cpp
+std::span<const Command> RowCommands();      // commands_rows.cpp
+std::span<const Command> TreeCommands();     // commands_tree.cpp
+std::span<const Command> PageCommands();     // commands_pages.cpp
+std::span<const Command> ImportCommands();   // commands_import.cpp
+std::span<const Command> MessageCommands();  // commands_messages.cpp
+std::span<const Command> UpkeepCommands();   // commands_upkeep.cpp
+std::span<const Command> ExportCommands();   // commands_export.cpp
+std::span<const Command> FetchCommands();    // commands_fetch.cpp
 
 }  // namespace cli

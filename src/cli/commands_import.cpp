@@ -45,9 +45,9 @@ class TenthLines : public Progress {
 };
 
 std::string KindOf(const Arguments& arguments, const MessageBase& base) {
-  std::string kind = cp1251::FromUtf8(arguments.Value("--kind").value_or(base.forum_kind()));
-  if (kind.empty()) throw UsageError("Из имени базы непонятно, какого она форума: нужен --kind"_ru);
-  return kind;
+  if (const auto kind = arguments.Value("--kind")) return ForumCode(*kind);
+  if (base.forum_kind().empty()) throw UsageError("Из имени базы непонятно, какого она форума: нужен --kind"_ru);
+  return base.forum_kind();
 }
 
 void Import(const Arguments& arguments, Context& context) {

@@ -45,19 +45,11 @@ void AppendRow(const StoredFields& fields, std::string& line) {
   }
 }
 
-ForumPages PagesOfKind(const std::string& kind, const Clock& clock) {
-  try {
-    return ForumPages(cp1251::FromUtf8(kind), clock);
-  } catch (const Error& error) {
-    throw UsageError(error.what());
-  }
-}
-
 /// Prints pages as they would be stored.
 class PageParser {
  public:
   PageParser(const Arguments& arguments, Context& context)
-      : context_(context), clock_(arguments.Value("--now"), context.clock), forum_(PagesOfKind(arguments[0], clock_)) {
+      : context_(context), clock_(arguments.Value("--now"), context.clock), forum_(ForumCode(arguments[0]), clock_) {
     if (const auto path = arguments.Value("--author-page")) author_page_ = page_files::Read(context.files, *path);
   }
 

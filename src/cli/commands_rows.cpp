@@ -7,6 +7,7 @@
 #include "jet/database.h"
 #include "jet/text_codec.h"
 #include "sql/connection.h"
+#include "sql/parser.h"
 #include "text/dates.h"
 #include "text/numbers.h"
 
@@ -136,11 +137,22 @@ void PrintTable(sql::Recordset& rows, const TableForm& form, std::ostream& out) 
   }
 }
 
+bool IsDeletion(std::string_view statement) {
+  return sql::LooksLikeStatement(statement) && std::holds_alternative<sql::Delete>(sql::ParseStatement(statement));
+}
+
+void DeleteRows(const std::string& base_path, std::string_view statement, Context& context) {
+  jet::Database base = jet::Database::Open(context.files, base_path, jet::Access::kReadWrite);
+  context.out << "Удалено записей: " << sql::Connection(base, context.clock).Execute(statement) << '\n';
+}
+
 void Sql(const Arguments& arguments, Context& context) {
   if (arguments.Has("--json") && arguments.Has("--csv")) throw UsageError("Либо --json, либо --csv"_ru);
+  const std::string statement = cp1251::FromUtf8(arguments[1]);
+  if (IsDeletion(statement)) return DeleteRows(arguments[0], statement, context);
   jet::Database base = jet::Database::Open(context.files, arguments[0], jet::Access::kRead);
   sql::Connection connection(base, context.clock);
-  sql::Recordset rows = connection.OpenSnapshot(cp1251::FromUtf8(arguments[1]));
+  sql::Recordset rows = connection.OpenSnapshot(statement);
   if (arguments.Has("--json")) {
     PrintJson(rows, context.out);
   } else {
@@ -152,7 +164,9 @@ constexpr Option kSqlOptions[] = {{"--json", false}, {"--csv", false}};
 constexpr Option kDumpOptions[] = {{"--codepage", true}};
 
 constexpr Command kCommands[] = {
-    {"sql", "БАЗА ЗАПРОС [--json|--csv]", "выполнить запрос и напечатать записи", 2, 2, kSqlOptions, Sql},
+    {"sql", "БАЗА ЗАПРОС [--json|--csv]",
+     "выполнить запрос: напечатать записи, которые выбирает SELECT, или удалить те, что назвал DELETE", 2, 2,
+     kSqlOptions, Sql},
     {"dump", "БАЗА [--codepage 1250|1251|1252]", "напечатать все таблицы в виде JSON Lines", 1, 1, kDumpOptions,
      DumpTables},
 };

@@ -134,10 +134,9 @@ void Tree(const Arguments& arguments, Context& context) {
 }
 
 void Show(const Arguments& arguments, Context& context) {
-  const std::string number = cp1251::FromUtf8(arguments[1]);
-  if (!text::IsNumber(number)) throw UsageError(Cat("Не номер сообщения: "_ru, number));
+  const std::int32_t number = MessageNumber(arguments[1]);
   OpenBase base(arguments, context);
-  const auto message = ReadMessage(base.connection, text::StrictLong(number));
+  const auto message = ReadMessage(base.connection, number);
   if (!message) throw Error(error_number::kNoCurrentRecord, Cat("В базе нет сообщения с номером "_ru, number));
   const MessageView view = ViewOfMessage(*message);
   for (const std::string& line :

@@ -1,8 +1,11 @@
+#include <unistd.h>
+
 #include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "cli/network.h"
 #include "cli/tool.h"
 
 int main(int count, char** words) {
@@ -10,7 +13,8 @@ int main(int count, char** words) {
   DiskFileSystem files;
   const SystemClock clock;
   try {
-    return cli::RunTool(std::vector<std::string>(words + 1, words + count), std::cout, std::cerr, files, clock);
+    return cli::RunTool(std::vector<std::string>(words + 1, words + count), std::cout, std::cerr, files, clock,
+                        cli::MakePageFetcher, ::isatty(STDOUT_FILENO) == 1);
   } catch (const std::exception& e) {
     std::cerr << "kdvbase: " << e.what() << '\n';
     return 1;

@@ -15,7 +15,8 @@ constexpr std::string_view kHelp = "--help";
 
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
-  for (const auto& commands : {BaseCommands(), RowCommands(), TreeCommands(), PageCommands(), ImportCommands(), UpkeepCommands()})
+  for (const auto& commands : {BaseCommands(), RowCommands(), TreeCommands(), PageCommands(), ImportCommands(),
+                               MessageCommands(), UpkeepCommands(), ExportCommands(), FetchCommands()})
     all.insert(all.end(), commands.begin(), commands.end());
   return all;
 }
@@ -27,7 +28,8 @@ void PrintHelp(std::ostream& to, const Command& command) {
 void PrintHelp(std::ostream& to) {
   to << "kdvbase — базы сообщений форумов из командной строки\n\n";
   for (const Command& command : AllCommands()) PrintHelp(to, command);
-  to << "\n--data-dir ПАПКА задаёт папку программы. Состояние выхода: 0 — сделано, 1 — ошибка, 2 — неверный вызов.\n";
+  to << "\n--data-dir ПАПКА задаёт папку программы. Состояние выхода: 0 — сделано, 1 — ошибка, 2 — неверный вызов,\n"
+        "3 — остановлено пользователем.\n";
 }
 
 bool AsksForHelp(std::span<const std::string> words) {
@@ -54,7 +56,7 @@ void PrintError(std::ostream& errors, const Error& error) {
 }  // namespace
 
 int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream& errors, FileSystem& files,
-            const Clock& clock) {
+            const Clock& clock, const FetcherFactory& make_fetcher, bool on_terminal) {
   if (words.empty()) {
     PrintHelp(errors);
     return kMisused;
@@ -70,9 +72,9 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
       PrintHelp(out, command);
       return kDone;
     }
-    Context context{out, errors, files, clock};
+    Context context{out, errors, files, clock, make_fetcher, on_terminal};
     RunCommand(command, rest, context);
-    return kDone;
+    return context.status;
   } catch (const UsageError& e) {
     PrintError(errors, e);
     errors << "kdvbase --help покажет, как вызывать программу\n";

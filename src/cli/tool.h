@@ -1,17 +1,24 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <ostream>
 #include <span>
 #include <string>
 
 #include "base/clock.h"
 #include "base/file.h"
+#include "download/page_fetcher.h"
 
 namespace cli {
 
+/// Makes what pages are fetched with, for commands that do; null when there is no network.
+using FetcherFactory = std::function<std::unique_ptr<PageFetcher>()>;
+
 /// Runs the tool with the words of its command line, the program's name left out; everything is UTF-8.
-/// @return the exit status: 0 done, 1 failed (the reason on `errors`), 2 misused
+/// @param on_terminal  does somebody look at `out`?
+/// @return the exit status: 0 done, 1 failed (the reason on `errors`), 2 misused, 3 stopped by the user
 int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream& errors, FileSystem& files,
-            const Clock& clock);
+            const Clock& clock, const FetcherFactory& make_fetcher = {}, bool on_terminal = false);
 
 }  // namespace cli

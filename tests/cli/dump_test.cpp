@@ -128,7 +128,7 @@ TEST(Dump, AgreesWithAnIndependentReader) {
     const fs::path base = fs::path(FORUM_SAMPLES) / (name + ".mdb");
     if (!fs::exists(base)) GTEST_SKIP() << "no sample base " << name;
     SCOPED_TRACE(name);
-    const auto csv = OutputOf("MDB_JET3_CHARSET=cp1251 mdb-export -T '%Y-%m-%d %H:%M:%S' -D '%Y-%m-%d 00:00:00' '" +
+    const auto csv = OutputOf("LC_ALL=C.UTF-8 MDB_JET3_CHARSET=cp1251 mdb-export -T '%Y-%m-%d %H:%M:%S' -D '%Y-%m-%d 00:00:00' '" +
                               base.string() + "' База");
     ASSERT_TRUE(csv.has_value());
     const auto judged = ReadCsv(*csv);

@@ -54,7 +54,7 @@ TEST_F(ImportIntoABase, StoresTheNewNumbersOnce) {
 
 TEST_F(ImportIntoABase, TheKindComesFromTheBasesNameOrTheOption) {
   EXPECT_EQ(Import({nameless_, pages_}).status, 2);
-  EXPECT_EQ(Import({nameless_, pages_, "--kind", "moysh"}).status, 1);
+  EXPECT_EQ(Import({nameless_, pages_, "--kind", "moysh"}).status, 2);
   EXPECT_EQ(Import({nameless_, pages_, "--kind", "moysha"}).status, 0);
 }
 
