@@ -99,6 +99,9 @@ class NodeTree {
   NodeImage Image(NodeId node) const;
   /// Gives a thread start the picture of a new message.
   void MarkNew(NodeId thread_start) { traits_[LabelOf(thread_start)].has_new = true; }
+  /// Notes that a message of the thread grouping is itself new, whatever picture it has.
+  void MarkNewMessage(NodeId message) { traits_[LabelOf(message)].is_new = true; }
+  bool IsNewMessage(NodeId node) const { return LayerOf(node) == kMain && traits_[LabelOf(node)].is_new; }
   /// Kept for a node without children as well, but not for messages of the date and author groupings.
   bool Expanded(NodeId node) const { return LayerOf(node) == kMain && traits_[LabelOf(node)].expanded; }
   void SetExpanded(NodeId node, bool expanded);
@@ -123,7 +126,8 @@ class NodeTree {
     bool expanded : 1 = false;
     bool sorted : 1 = false;
     bool newest_first : 1 = false;  // the list of children runs from the last one to the first
-    bool has_new : 1 = false;
+    bool has_new : 1 = false;  // the thread that starts here
+    bool is_new : 1 = false;   // the message
   };
 
   NodeImage ThreadMessageImage(NodeId node) const;

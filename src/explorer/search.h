@@ -3,9 +3,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/progress.h"
 #include "explorer/search_results.h"
+#include "jet/database.h"
+#include "sql/connection.h"
 #include "store/message_base.h"
 
 /// Where a search shows what it does.
@@ -26,6 +29,13 @@ std::string SearchStatement(std::string_view typed);
 
 /// What to mark in the messages found: the text as typed, nothing when it holds wildcards.
 std::string_view TextToMark(std::string_view typed);
+
+/// The messages whose body or subject holds the typed text.
+/// @param connection  to `base`
+/// @throws SqlError when the typed text makes the statement a wrong one, and sql::kCancelled when `progress` says
+///         stop; Error when the base cannot be read
+std::vector<FoundMessage> FindMessages(jet::Database& base, sql::Connection& connection, std::string_view typed,
+                                       Progress& progress);
 
 /// Searches the bodies and subjects of all messages; blanks alone change nothing. A search that the
 /// user stops, or that fails, leaves the node of results empty.

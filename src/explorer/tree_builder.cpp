@@ -166,7 +166,9 @@ NodeLabel TreeBuilder::ComposeLabel(const TreeRow& row, const std::optional<Mome
 
 void TreeBuilder::AddToThreads(const TreeRow& row, NodeLabel label, const std::optional<Moment>& moment) {
   const NodeId node = row.Вответ == 0 ? AddThreadStart(label) : AddReply(row.Вответ, label);
-  if (moment && IsNew(*moment)) Highlight(ThreadStartOf(node));
+  if (!moment || !IsNew(*moment)) return;
+  tree_.MarkNewMessage(node);
+  Highlight(ThreadStartOf(node));
 }
 
 NodeId TreeBuilder::AddThreadStart(NodeLabel label) {

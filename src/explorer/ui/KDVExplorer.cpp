@@ -2,18 +2,23 @@
 
 #include <utility>
 
+#include <QClipboard>
 #include <QCloseEvent>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QVBoxLayout>
 
 #include "base/cat.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "config/recent_bases.h"
 #include "config/user_settings.h"
 #include "explorer/base_rows.h"
+#include "explorer/downloaded_messages.h"
+#include "explorer/empty_tree.h"
 #include "explorer/ui/long_work.h"
-#include "explorer/ui/tree_expansion.h"
+#include "explorer/ui/window_state.h"
 #include "store/message_rows.h"
 #include "text/numbers.h"
 #include "ui/busy.h"
@@ -27,7 +32,16 @@ constexpr QSize kFirstSize(960, 720);
 constexpr double kTreePercent = 70;  // of the height, at the start
 
 const QString kNothingOpen = QStringLiteral(
-    "Чтобы читать сообщения, откройте базу: нажмите кнопку «Открыть» (Ctrl+O) и выберите форум и файл базы.");
+    "Чтобы читать сообщения, откройте базу: нажмите кнопку «Открыть» (Ctrl+O) и выберите форум и файл базы "
+    "или перетащите файл базы в это окно. Новую базу создаёт команда «Файл — Создать базу…».");
+
+/// The one message base among what is dragged; empty when it is anything else.
+QString DraggedBase(const QMimeData* data) {
+  const QList<QUrl> urls = data->urls();
+  if (urls.size() != 1 || !urls[0].isLocalFile()) return {};
+  const QString path = urls[0].toLocalFile();
+  return path.endsWith(QLatin1String(".mdb"), Qt::CaseInsensitive) ? path : QString();
+}
 
 }  // namespace
 
@@ -37,7 +51,8 @@ KDVExplorer::KDVExplorer(const ExplorerNeeds& needs) : needs_(needs), base_(need
   setMinimumSize(kSmallestSize);
   resize(kFirstSize);
   AddControls();
-  AddTreeMenu();
+  AddMenus();
+  setAcceptDrops(true);
   commands_ = std::make_unique<MessageCommands>(
       MessageCommandNeeds{this, needs_.dialogs, base_, model_, tree_, StatBar_, Progress_, *this});
   ConnectControls();
@@ -54,8 +69,9 @@ void KDVExplorer::AddControls() {
   tree_ = Named<MessageTree>("tree", this);
   tree_->setAccessibleName(QStringLiteral("Дерево сообщений"));
   tree_->setModel(model_);
-  new TreeExpansion(tree_, model_);  // the tree's child from here on
+  expansion_ = new TreeExpansion(tree_, model_);
   pane_ = new MessagePane(this);
+  reading_ = new Reading(tree_, model_, pane_->body);
   imgSplitter_ = Named<PercentSplitter>("imgSplitter", this);
   imgSplitter_->SetPanes(tree_, pane_);
 
@@ -77,7 +93,7 @@ void KDVExplorer::AddControls() {
   setStatusBar(StatBar_);
 }
 
-void KDVExplorer::AddTreeMenu() {
+void KDVExplorer::AddMenus() {
   tree_menu_ = new QMenu(this);
   const auto add = [this](const char* name, IconName icon, const QString& text) {
     QAction* entry = tree_menu_->addAction(Icon(icon), text);
@@ -90,15 +106,27 @@ void KDVExplorer::AddTreeMenu() {
   mnuDelete_->setShortcut(QKeySequence::Delete);
   mnuDelete_->setShortcutContext(Qt::WidgetShortcut);
   tree_->addAction(mnuDelete_);
+
+  menu_ = new MainMenu(this, this);
+  setMenuBar(menu_);
+  tree_menu_->addSeparator();
+  for (const char* name : {"mnuCopyMessage", "mnuCopyNumber"})
+    tree_menu_->addAction(menu_->findChild<QAction*>(QString::fromLatin1(name)));
 }
 
 void KDVExplorer::ConnectControls() {
   connect(tBar_, &ToolBar::ButtonClick, this, &KDVExplorer::tBar_ButtonClick);
   connect(tBar_, &ToolBar::ButtonMenuClick, this, &KDVExplorer::tBar_ButtonMenuClick);
+  connect(tBar_, &ToolBar::ExportMSG_Click, this, [this] {
+    if (!busy_) needs_.windows.Export(*this);
+  });
+  connect(menu_, &MainMenu::Chosen, this, &KDVExplorer::Do);
+  connect(menu_, &MainMenu::RecentChosen, this, [this](const QString& path) { Load(PathFromQString(path)); });
   connect(tree_, &MessageTree::NodeChosen, this, &KDVExplorer::tree_NodeClick);
-  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &KDVExplorer::UpdateTreeMenu);
-  connect(model_, &TreeModel::modelReset, this, &KDVExplorer::UpdateTreeMenu);
-  connect(model_, &TreeModel::rowsRemoved, this, &KDVExplorer::UpdateTreeMenu);
+  connect(tree_, &MessageTree::NodeOpened, this, &KDVExplorer::tree_NodeOpened);
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &KDVExplorer::UpdateCommands);
+  connect(model_, &TreeModel::modelReset, this, &KDVExplorer::UpdateCommands);
+  connect(model_, &TreeModel::rowsRemoved, this, &KDVExplorer::UpdateCommands);
   connect(tree_, &MessageTree::MenuWanted, this,
           [this](const QModelIndex&, const QPoint& place) { tree_menu_->popup(place); });
   connect(mnuDelete_, &QAction::triggered, this, [this] { RunOnNode(&MessageCommands::Delete); });
@@ -110,10 +138,12 @@ void KDVExplorer::Form_Load() {
   first_activation_ = true;
   tBar_->SetBaseOpen(false);
   imgSplitter_->SetPercent(kTreePercent);
+  window_state::Restore(needs_.settings, *this, *imgSplitter_);
+  ShowRecentBases();
   Progress_->hide();
   tree_->SetEmptyText(kNothingOpen);
   SetCaption(ProgramName());
-  SetTextSize(text::LenientNumber(user_settings::SettingsForOpening(needs_.settings).TextFontSize));
+  SetTextSize(user_settings::TextSizeFromText(user_settings::SettingsForOpening(needs_.settings).TextFontSize));
 }
 
 void KDVExplorer::LoadLater(std::string path) { pending_load_ = std::move(path); }
@@ -130,8 +160,27 @@ bool KDVExplorer::event(QEvent* event) {
   return QMainWindow::event(event);
 }
 
+void KDVExplorer::Load(std::string path) {
+  if (busy_) return;
+  LoadLater(std::move(path));
+  Form_Activate();
+}
+
+void KDVExplorer::dragEnterEvent(QDragEnterEvent* event) {
+  if (!busy_ && !DraggedBase(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void KDVExplorer::dropEvent(QDropEvent* event) {
+  const QString path = DraggedBase(event->mimeData());
+  event->acceptProposedAction();
+  // The program that the file was dragged from waits for the drop to end.
+  QMetaObject::invokeMethod(
+      this, [this, path] { Load(PathFromQString(path)); }, Qt::QueuedConnection);
+}
+
 void KDVExplorer::closeEvent(QCloseEvent* event) {
   closing_ = true;
+  window_state::Save(needs_.settings, *this, *imgSplitter_);
   QMainWindow::closeEvent(event);
 }
 
@@ -165,10 +214,15 @@ bool KDVExplorer::OpenBase(const std::string& path) {
     // The file may have taken the open base's place although it is none: a tree left of the base
     // before would name messages that are not in it.
     if (base_.path() == path) ClearTree();
+    recent_bases::Forget(needs_.settings, path);
+    ShowRecentBases();
     return false;
   }
   tBar_->SetBaseOpen(true);
-  QCoreApplication::processEvents();
+  UpdateCommands();
+  recent_bases::Remember(needs_.settings, path);
+  ShowRecentBases();
+  QGuiApplication::processEvents();
   const std::string caption = base_.Caption();
   if (!caption.empty()) SetCaption(FromCp1251(caption));
   return true;
@@ -180,19 +234,41 @@ void KDVExplorer::SR() {
   BuildTreeOfBase();
 }
 
-void KDVExplorer::BuildTreeOfBase() {
+void KDVExplorer::ShowDownloaded(const std::vector<std::int32_t>& stored, std::optional<std::int32_t> to_read) {
+  if (busy_ || !base_.IsOpen()) return;
+  NodeId shown = kNoNode;
+  if (!stored.empty()) {
+    const BusyMark busy(busy_);
+    shown = BuildTreeOfBase(stored);
+  }
+  if (to_read) shown = NodeOfMessage(*to_read);
+  reading_->GoTo(shown);
+  if (to_read) tree_NodeOpened(tree_->currentIndex());
+}
+
+NodeId KDVExplorer::NodeOfMessage(std::int32_t number) const {
+  for (const NodeKind kind : {NodeKind::kThreadMessage, NodeKind::kDateMessage, NodeKind::kAuthorMessage})
+    if (const NodeId node = model_->Tree().Find(kind, number); node != kNoNode) return node;
+  return kNoNode;
+}
+
+/// @return the first downloaded message that the tree shows
+NodeId KDVExplorer::BuildTreeOfBase(const std::vector<std::int32_t>& downloaded) {
   const LongWork work(Progress_);
   ClearTree();
+  NodeId first = kNoNode;
   try {
     BuiltTree built = ReadTree();
+    first = MarkDownloaded(built.tree, downloaded);
     const NodeId threads = built.tree.Find(NodeKind::kThreads);
     if (threads != kNoNode) built.tree.SetExpanded(threads, true);  // or the window would show five lines
+    tree_->SetEmptyText(FromCp1251(EmptyTreeText(base_.connection(), built)));
     model_->SetTree(std::move(built.tree));
-    tree_->SetEmptyText(FromCp1251(built.status));
     SetStatus(FromCp1251(built.status));
   } catch (const Error& error) {
     Tell(Cat(error.number(), "\r\n", error.what()));
   }
+  return first;
 }
 
 // The rows are given back before the tree is shown.
@@ -204,14 +280,14 @@ BuiltTree KDVExplorer::ReadTree() {
 
 void KDVExplorer::ClearTree() {
   model_->SetTree(NodeTree());
-  pane_->Clear();
+  Show({}, {});
   tree_->SetEmptyText({});
 }
 
 bool KDVExplorer::Advance(int percent) {
   if (percent != Progress_->value()) {
     Progress_->setValue(percent);
-    QCoreApplication::processEvents();
+    QGuiApplication::processEvents();
   }
   return !closing_;
 }
@@ -248,24 +324,73 @@ void KDVExplorer::RunOnNode(void (MessageCommands::*command)(const QModelIndex&)
   if (!busy_) (*commands_.*command)(tree_->currentIndex());
 }
 
-void KDVExplorer::UpdateTreeMenu() {
-  const NodeId node = model_->NodeOf(tree_->currentIndex());
+void KDVExplorer::Do(MenuCommand command) {
+  if (command == MenuCommand::kQuit) {
+    close();
+    return;
+  }
+  if (busy_) return;
+  switch (command) {
+    case MenuCommand::kNewBase: return needs_.windows.NewBase(*this);
+    case MenuCommand::kImportPages: return needs_.windows.ImportPages(*this);
+    case MenuCommand::kCompact: return needs_.windows.CompactBase(*this);
+    case MenuCommand::kCheck: return needs_.windows.CheckBase(*this);
+    case MenuCommand::kLargerText: return pane_->body->zoomIn();
+    case MenuCommand::kSmallerText: return pane_->body->zoomOut();
+    case MenuCommand::kUsualText: return pane_->body->ResetZoom();
+    default: return DoOnMessages(command);
+  }
+}
+
+void KDVExplorer::DoOnMessages(MenuCommand command) {
+  switch (command) {
+    case MenuCommand::kNextMessage: return reading_->Next();
+    case MenuCommand::kPreviousMessage: return reading_->Previous();
+    case MenuCommand::kParentMessage: return reading_->Parent();
+    case MenuCommand::kNextNew: return reading_->NextNew();
+    case MenuCommand::kCopyMessage: return QGuiApplication::clipboard()->setText(pane_->AsText());
+    case MenuCommand::kCopyNumber: return QGuiApplication::clipboard()->setText(QString::number(msgKod_));
+    case MenuCommand::kExpandBranch: return expansion_->ExpandAll(tree_->currentIndex());
+    case MenuCommand::kCollapseBranch: return tree_->collapse(tree_->currentIndex());
+    default: return;
+  }
+}
+
+void KDVExplorer::UpdateCommands() {
+  const NodeId node = ChosenNode();
   mnuDelete_->setEnabled(CanDelete(model_->Tree(), node));
   mnuDeleteThread_->setEnabled(CanDeleteWithReplies(model_->Tree(), node));
+  menu_->SetAvailable(base_.IsOpen(), message_shown_);
+}
+
+void KDVExplorer::ShowRecentBases() {
+  QStringList paths;
+  for (const std::string& path : recent_bases::List(needs_.settings)) paths.append(QStringFromPath(path));
+  menu_->SetRecent(paths);
 }
 
 void KDVExplorer::tree_NodeClick(const QModelIndex& index) {
   if (busy_) return;
   try {
     const NodeId node = model_->NodeOf(index);
-    const MessageView view = ViewOfNode(node);
     const bool is_found = model_->Tree().Kind(node) == NodeKind::kFoundMessage;
-    pane_->Show(view, is_found ? FromCp1251(TextToMark(commands_->searched())) : QString());
-    if (view.status) SetStatus(FromCp1251(*view.status));
-    msgKod_ = view.message.value_or(msgKod_);
+    Show(ViewOfNode(node), is_found ? FromCp1251(TextToMark(commands_->searched())) : QString());
   } catch (const Error& error) {
     Tell(error.what());
   }
+}
+
+// Choosing a message shows it; opening it takes the keyboard there.
+void KDVExplorer::tree_NodeOpened(const QModelIndex& index) {
+  if (IsMessage(model_->Tree().Kind(model_->NodeOf(index)))) pane_->body->setFocus();
+}
+
+void KDVExplorer::Show(const MessageView& view, const QString& found) {
+  pane_->Show(view, found);
+  if (view.status) SetStatus(FromCp1251(*view.status));
+  msgKod_ = view.message.value_or(msgKod_);
+  message_shown_ = view.message.has_value();
+  UpdateCommands();
 }
 
 MessageView KDVExplorer::ViewOfNode(NodeId node) {

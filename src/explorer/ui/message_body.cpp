@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QTextBlock>
 #include <QTextCursor>
 
@@ -72,13 +71,6 @@ void MessageBody::changeEvent(QEvent* event) {
   QTextBrowser::changeEvent(event);
   if (event->type() == QEvent::FontChange) FitLines();
   if (event->type() == QEvent::PaletteChange) MarkLinks();
-}
-
-void MessageBody::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::ZoomIn)) return zoomIn();
-  if (event->matches(QKeySequence::ZoomOut)) return zoomOut();
-  if (event->modifiers().testFlag(Qt::ControlModifier) && event->key() == Qt::Key_0) return SetTextSize(text_size_);
-  QTextBrowser::keyPressEvent(event);
 }
 
 // A forum's text never makes the program read a file or a page by itself.

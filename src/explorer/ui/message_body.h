@@ -7,7 +7,7 @@
 #include "explorer/links.h"
 
 /// The text of a message, to be read: plain text whatever it holds, in lines that are not too long
-/// for the eye. Ctrl and the wheel, Ctrl+Plus and Ctrl+Minus change its size, Ctrl+0 takes it back.
+/// for the eye. Ctrl and the wheel change its size.
 class MessageBody : public QTextBrowser {
   Q_OBJECT
  public:
@@ -20,6 +20,8 @@ class MessageBody : public QTextBrowser {
   void Mark(const QString& found);
   /// @param points  0 = the size of the desktop's own font
   void SetTextSize(double points);
+  /// Back to the size set last, whatever the wheel made of it.
+  void ResetZoom() { SetTextSize(text_size_); }
 
  signals:
   void LinkChosen(const QUrl& target);
@@ -27,7 +29,6 @@ class MessageBody : public QTextBrowser {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void doSetSource(const QUrl& url, QTextDocument::ResourceType type) override;
   QVariant loadResource(int type, const QUrl& name) override;
 

@@ -85,3 +85,11 @@ void MessagePane::Show(const MessageView& view, const QString& found) {
   body->ShowText(FromCp1251(text), FindLinks(text));
   body->Mark(found);
 }
+
+QString MessagePane::AsText() const {
+  QStringList lines;
+  for (const QLineEdit* field : {txtSubj_, txtAuthor_, txtAuthorMail_, txtData_})
+    if (!field->text().isEmpty()) lines.append(field->text());
+  lines.append({QString(), body->toPlainText()});
+  return lines.join(QLatin1Char('\n'));
+}

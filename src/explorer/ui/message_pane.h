@@ -15,6 +15,8 @@ class MessagePane : public QWidget {
   /// @param found  a text to be marked in the body; may be empty
   void Show(const MessageView& view, const QString& found = {});
   void Clear() { Show({}); }
+  /// What is on show, as a text to be pasted elsewhere.
+  QString AsText() const;
 
   MessageBody* body;
 

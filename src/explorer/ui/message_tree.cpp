@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -37,6 +38,25 @@ void MessageTree::mousePressEvent(QMouseEvent* event) {
   QTreeView::mousePressEvent(event);
   const QModelIndex hit = indexAt(event->pos());
   if (hit.isValid() && hit == before) emit NodeChosen(hit);
+}
+
+void MessageTree::mouseDoubleClickEvent(QMouseEvent* event) {
+  QTreeView::mouseDoubleClickEvent(event);
+  if (const QModelIndex hit = indexAt(event->pos()); hit.isValid()) emit NodeOpened(hit);
+}
+
+void MessageTree::keyPressEvent(QKeyEvent* event) {
+  const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!is_enter || !currentIndex().isValid()) return QTreeView::keyPressEvent(event);
+  expand(currentIndex());
+  emit NodeOpened(currentIndex());
+}
+
+// Getting the focus chooses nothing: only the user does.
+void MessageTree::focusInEvent(QFocusEvent* event) {
+  if (currentIndex().isValid()) return QTreeView::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
 }
 
 void MessageTree::contextMenuEvent(QContextMenuEvent* event) {

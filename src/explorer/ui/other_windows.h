@@ -17,6 +17,13 @@ class OtherWindows {
   virtual void Download(KDVExplorer&) {}
   virtual void Properties(KDVExplorer&) {}
   virtual void About(KDVExplorer&) {}
+  /// Writes the thread of the chosen message to a file.
+  virtual void Export(KDVExplorer&) {}
+  /// Makes a base and, when one was made, tells explorer.LoadLater.
+  virtual void NewBase(KDVExplorer&) {}
+  virtual void ImportPages(KDVExplorer&) {}
+  virtual void CompactBase(KDVExplorer&) {}
+  virtual void CheckBase(KDVExplorer&) {}
   /// Shows an address that a message leads to, in the user's browser or mail program.
   virtual void OpenLink(const QUrl& target) = 0;
 };

@@ -8,15 +8,14 @@
 
 namespace {
 
-// When a command can be given. What is written later is shown all the same, disabled, so that the
-// buttons have their places; its row changes to kWithBase or kAlways then.
-enum class Offered { kAlways, kWithBase, kLater };
+enum class Offered { kAlways, kWithBase };
 
 struct Command {
   const char* name = nullptr;  // of its action; none: a separator
   const char* tag = "";
   IconName icon{};
-  const char* text = "";
+  const char* text = "";       // on the button
+  const char* menu_text = "";  // where the command stands in a menu
   const char* tip = "";
   const char* keys = "";
   Offered offered = Offered::kAlways;
@@ -26,27 +25,32 @@ constexpr Command kSeparator{};
 
 // In the order of the bar. The places 3, 9 and 11 are commands that a base must be open for.
 constexpr Command kButtons[] = {
-    {"cmdOpen", "1", IconName::kOpen, "Открыть", "Открыть базу сообщений", "Ctrl+O", Offered::kAlways},
-    {"cmdArchive", "1", IconName::kArchive, "АРХИВ", "Загрузить больше дней из архива", "Ctrl+D", Offered::kAlways},
-    {"cmdDownload", "2", IconName::kDownload, "Загрузить", "Загрузить новые сообщения с форума", "F9", Offered::kLater},
+    {"cmdOpen", "1", IconName::kOpen, "Открыть", "&Открыть базу…", "Открыть базу сообщений", "Ctrl+O"},
+    {"cmdArchive", "1", IconName::kArchive, "АРХИВ", "&Архив…", "Загрузить больше дней из архива", "Ctrl+D"},
+    {"cmdDownload", "2", IconName::kDownload, "Загрузить", "&Загрузить новые сообщения…",
+     "Загрузить новые сообщения с форума", "F9", Offered::kWithBase},
     kSeparator,
-    {"cmdRebuild", "5", IconName::kRebuild, "Обновить", "Построить дерево сообщений заново", "F5", Offered::kWithBase},
+    {"cmdRebuild", "5", IconName::kRebuild, "Обновить", "&Обновить", "Построить дерево сообщений заново", "F5",
+     Offered::kWithBase},
     kSeparator,
-    {"cmdProperties", "7", IconName::kSettings, "Настройки", "Настроить дерево и вид сообщений", "Ctrl+P",
-     Offered::kLater},
+    {"cmdProperties", "7", IconName::kSettings, "Настройки", "&Настройки…", "Настроить дерево и вид сообщений",
+     "Ctrl+P"},
     kSeparator,
-    {"cmdSearch", "6", IconName::kSearch, "Поиск", "Найти текст во всём архиве", "Ctrl+F", Offered::kWithBase},
+    {"cmdSearch", "6", IconName::kSearch, "Поиск", "Поиск &текста…", "Найти текст во всём архиве", "Ctrl+F",
+     Offered::kWithBase},
     kSeparator,
-    {"cmdExport", "", IconName::kExport, "Экспорт", "Записать цепочку сообщений в файл XML", "Ctrl+E", Offered::kLater},
+    {"cmdExport", "", IconName::kExport, "Экспорт", "&Экспорт цепочки…", "Записать цепочку сообщений в файл XML",
+     "Ctrl+E", Offered::kWithBase},
     kSeparator,
-    {"cmdAbout", "4", IconName::kAbout, "О программе", "О программе и её версии", "F1", Offered::kLater},
+    {"cmdAbout", "4", IconName::kAbout, "О программе", "&О программе", "О программе и её версии", "F1"},
 };
 
 // The drop-down menu of the search button.
 constexpr Command kSearchEntries[] = {
-    {"mnuEmail", "п1", IconName::kEmail, "Адреса E-Mail автора...", "Какие адреса указывал участник форума", "",
+    {"mnuEmail", "п1", IconName::kEmail, "Адреса E-Mail автора...", "&Адреса E-Mail автора...",
+     "Какие адреса указывал участник форума", "", Offered::kWithBase},
+    {"mnuSearch", "п2", IconName::kSearch, "Поиск текста...", "&Поиск текста...", "Найти текст во всём архиве", "",
      Offered::kWithBase},
-    {"mnuSearch", "п2", IconName::kSearch, "Поиск текста...", "Найти текст во всём архиве", "", Offered::kWithBase},
 };
 
 QString ToolTip(const Command& command) {
@@ -55,7 +59,8 @@ QString ToolTip(const Command& command) {
 }
 
 QAction* NewAction(const Command& command, QObject* parent) {
-  auto* action = new QAction(Icon(command.icon), QString::fromUtf8(command.text), parent);
+  auto* action = new QAction(Icon(command.icon), QString::fromUtf8(command.menu_text), parent);
+  action->setIconText(QString::fromUtf8(command.text));
   action->setObjectName(QString::fromLatin1(command.name));
   action->setData(QString::fromUtf8(command.tag));
   action->setToolTip(ToolTip(command));

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <QFont>
+
 #include "ui/icons.h"
 #include "ui/text.h"
 
@@ -27,6 +29,13 @@ IconName IconOf(NodeImage image) {
     case NodeImage::kAuthor: return IconName::kAuthor;
   }
   return IconName::kMessage;
+}
+
+// Says nothing but that it is bold; the view's own font gives the rest.
+QVariant BoldFont() {
+  QFont font;
+  font.setBold(true);
+  return font;
 }
 
 }  // namespace
@@ -92,6 +101,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole: return TextOf(node);
     case Qt::DecorationRole: return Icon(IconOf(tree_.Image(node)));
+    case Qt::FontRole: return tree_.IsNewMessage(node) ? BoldFont() : QVariant();
     case Qt::AccessibleTextRole: return AccessibleTextOf(node);
     default: return {};
   }

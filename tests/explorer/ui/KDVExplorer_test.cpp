@@ -7,11 +7,15 @@
 #include <functional>
 
 #include <QAction>
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QMenu>
+#include <QMimeData>
 #include <QSplitterHandle>
 #include <QTest>
 #include <QTimer>
 
+#include "config/recent_bases.h"
 #include "store/message_rows.h"
 #include "support/fixed_clock.h"
 #include "support/memory_settings.h"
@@ -280,11 +284,78 @@ TEST_F(Explorer, PanesKeepTheirShareAndTheirLeastHeight) {
 }
 
 TEST_F(Explorer, TheStoredTextSizeHoldsFromTheStart) {
+  settings_.Set("TextFontSize", "1e400");
+  EXPECT_NO_THROW(KDVExplorer{needs_});
   settings_.Set("TextFontSize", "18");
   KDVExplorer explorer(needs_);
   EXPECT_EQ(Find<MessageBody>(explorer, "body")->font().pointSize(), 18);
   explorer.SetTextSize(24);
   EXPECT_EQ(Find<MessageBody>(explorer, "body")->font().pointSize(), 24);
+}
+
+TEST_F(Explorer, BasesOpenedLatelyStandInTheMenuUntilTheyCannotBeOpened) {
+  const std::string base = Sample();
+  if (base.empty()) GTEST_SKIP() << "no sample bases";
+  recent_bases::Remember(settings_, Missing());
+  {
+    KDVExplorer explorer(needs_);
+    OpenAtStart(explorer, base);
+    OpenAtStart(explorer, base);
+  }
+  EXPECT_THAT(recent_bases::List(settings_), ElementsAre(base, Missing()));
+  KDVExplorer explorer(needs_);
+  explorer.LoadInsteadOfDialog(Missing());
+  const auto entries = Find<QMenu>(explorer, "mnuRecent")->actions();
+  ASSERT_EQ(entries.size(), 2);
+  entries[1]->trigger();
+  EXPECT_EQ(dialogs_.told.size(), 1U);
+  EXPECT_THAT(recent_bases::List(settings_), ElementsAre(base));
+  Find<QMenu>(explorer, "mnuRecent")->actions().at(0)->trigger();
+  EXPECT_EQ(explorer.Base().path(), base);
+}
+
+TEST_F(Explorer, ADroppedBaseIsOpened) {
+  const std::string base = Sample();
+  if (base.empty()) GTEST_SKIP() << "no sample bases";
+  KDVExplorer explorer(needs_);
+  explorer.LoadInsteadOfDialog(Missing());
+  const auto is_taken = [&](const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(&explorer, &enter);
+    if (!enter.isAccepted()) return false;
+    QDropEvent drop({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&explorer, &drop);
+    QCoreApplication::processEvents();
+    return true;
+  };
+  const QUrl dragged = QUrl::fromLocalFile(QStringFromPath(base));
+  EXPECT_FALSE(is_taken({QUrl::fromLocalFile(QStringLiteral("/tmp/page.html"))}));
+  EXPECT_FALSE(is_taken({QUrl(QStringLiteral("http://forum.example/a.mdb"))}));
+  EXPECT_FALSE(is_taken({dragged, dragged}));
+  EXPECT_TRUE(is_taken({dragged}));
+  EXPECT_EQ(explorer.Base().path(), base);
+}
+
+TEST_F(Explorer, TheWindowComesBackAsItWasLeft) {
+  {
+    KDVExplorer explorer(needs_);
+    explorer.LoadInsteadOfDialog(Missing());
+    explorer.show();
+    explorer.resize(700, 600);
+    Find<PercentSplitter>(explorer, "imgSplitter")->SetPercent(40);
+    explorer.close();
+  }
+  const KDVExplorer again(needs_);
+  EXPECT_EQ(again.size(), QSize(700, 600));
+  EXPECT_NEAR(Find<PercentSplitter>(again, "imgSplitter")->Percent(), 40, 1);
+
+  settings_.Set("SplitterPercent", "1e99");
+  settings_.Set("WindowGeometry", "broken");
+  const KDVExplorer unharmed(needs_);
+  EXPECT_EQ(Find<PercentSplitter>(unharmed, "imgSplitter")->Percent(), 70);
 }
 
 /// The window with the sample base open and its threads shown.
@@ -429,6 +500,17 @@ TEST_F(ExplorerWithBase, DeletionIsOfferedForMessagesOfThreadsOnly) {
   Choose(1);
   explorer_.SR();
   EXPECT_EQ(offered(), std::pair(false, false));
+}
+
+TEST_F(ExplorerWithBase, WhatIsOnShowCanBeCopied) {
+  EXPECT_FALSE(Find<QAction>(explorer_, "mnuCopyMessage")->isEnabled());
+  Choose(3);
+  Trigger("mnuCopyNumber");
+  EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "3");
+  Trigger("mnuCopyMessage");
+  EXPECT_THAT(
+      QGuiApplication::clipboard()->text().toStdString(),
+      testing::AllOf(StartsWith(Field(explorer_, "txtSubj") + "\n"), testing::EndsWith("\n\n" + Body(explorer_))));
 }
 
 TEST_F(ExplorerWithBase, ABaseThatAnotherProgramWritesKeepsItsMessages) {

@@ -8,8 +8,10 @@
 #include "explorer/tree_builder.h"
 #include "support/fixed_clock.h"
 
-/// All three groupings of some messages of 15 March 2002, seen on that day.
-inline NodeTree TreeOf(std::vector<ListRow> list, user_settings::OpenThreads open = user_settings::OpenThreads::kNo) {
+/// All three groupings of some messages of 15 March 2002.
+/// @param now  when they are seen; else on that day, when all are new
+inline NodeTree TreeOf(std::vector<ListRow> list, user_settings::OpenThreads open = user_settings::OpenThreads::kNo,
+                       OleDate now = OleDate{37330.5}) {
   struct : TreeTrouble {
     void Tell(std::string_view) override {}
   } trouble;
@@ -17,5 +19,5 @@ inline NodeTree TreeOf(std::vector<ListRow> list, user_settings::OpenThreads ope
   RowList rows(std::move(list));
   NoProgress progress;
   const user_settings::TreeSettings settings{.BuildTreeByDate = true, .BuildTreeByAuthor = true, .open_threads = open};
-  return BuildTree(rows, settings, FixedClock(OleDate{37330.5}), progress, trouble).tree;
+  return BuildTree(rows, settings, FixedClock(now), progress, trouble).tree;
 }
