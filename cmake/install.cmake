@@ -10,7 +10,7 @@ install(FILES ${packaging}/quorvex.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATA
         RENAME ru.quorvex.Quorvex.metainfo.xml)
 install(FILES ${packaging}/icons/quorvex.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES ${packaging}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES docs/guide.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES docs/guide.md docs/export.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # Debian keeps pages and change logs compressed, without the time of compression.
 function(install_compressed file folder name)
@@ -49,6 +49,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The picture formats and the screen of a Qt program are plug-ins, which no library names.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, qt6-qpa-plugins")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-translations-l10n, qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xsltproc")  # makes pages of exported threads
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
                                                 WORLD_READ WORLD_EXECUTE)
 include(CPack)

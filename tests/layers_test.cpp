@@ -51,9 +51,11 @@ std::set<std::string> WindowMayInclude(const std::string& folder) {
   std::set<std::string> allowed = kCore;
   if (folder != "ui") allowed.insert("ui");
   if (folder == "download_fixed/ui" || folder == "download_configured/ui") allowed.insert("download/ui");
+  if (folder == "cli/ui") allowed.insert({"cli", "download/ui"});
   if (folder == "app")
     for (const char* windows :
-         {"config/ui", "explorer/ui", "download/ui", "download_fixed/ui", "download_configured/ui", "export/ui"})
+         {"config/ui", "explorer/ui", "download/ui", "download_fixed/ui", "download_configured/ui", "export/ui",
+          "upkeep/ui"})
       allowed.insert(windows);
   return allowed;
 }
@@ -110,6 +112,8 @@ TEST(Layers, AnUpwardIncludeIsSeen) {
       {"explorer/ui", "#include \"ui/text.h\"", 0},
       {"explorer/ui", "#include \"config/ui/frmOpen.h\"", 1},
       {"ui", "#include \"explorer/ui/tree_model.h\"", 1},
+      {"cli", "#include \"cli/ui/network.h\"", 1},
+      {"cli/ui", "#include \"download/ui/http_fetcher.h\"", 0},
       {"saved_pages", "#include \"download_fixed/kdv.h\"", 0},
       {"download_fixed", "#include \"saved_pages/page_files.h\"", 1},
       {"attic", "#include <vector>", 1},
