@@ -5,27 +5,13 @@
 #include "base/cat.h"
 #include "base/error.h"
 #include "config/forum_list.h"
+#include "download_configured/configured_page.h"
 #include "download_configured/ui/frmDownload2.h"
+#include "download_fixed/fixed_forum.h"
 #include "download_fixed/ui/frmDownload.h"
 #include "ui/text.h"
 
 namespace {
-
-enum class Window { kNone, kFixed, kConfigured };
-
-struct ForumWindow {
-  std::string_view kind;
-  Window window;
-};
-constexpr ForumWindow kWindows[] = {{"rts-an", Window::kFixed},      {"kdv", Window::kFixed},
-                                    {"ptrv", Window::kConfigured},   {"moysha", Window::kConfigured},
-                                    {"gelium", Window::kConfigured}, {"ows_ptrv", Window::kConfigured}};
-
-Window WindowOf(std::string_view kind) {
-  for (const ForumWindow& forum : kWindows)
-    if (forum.kind == kind) return forum.window;
-  return Window::kNone;
-}
 
 void OpenWindow(KDVExplorer& explorer, const DownloadTools& tools) {
   const DownloadNeeds needs{explorer.Base(), tools.ini, tools.log, tools.clock, tools.dialogs, tools.inet};
@@ -36,11 +22,14 @@ void OpenWindow(KDVExplorer& explorer, const DownloadTools& tools) {
     stored = window.StoredMessages();
     to_read = window.MessageToRead();
   };
-  switch (WindowOf(explorer.Base().forum_kind())) {
-    case Window::kFixed: run(frmDownload(needs, tools.Winsock, &explorer)); break;
-    case Window::kConfigured: run(frmDownload2(needs, &explorer)); break;
-    case Window::kNone: return;
-  }
+  // Each kind of session says which forums are its own.
+  const std::string& kind = explorer.Base().forum_kind();
+  if (FindFixedForum(kind) != nullptr)
+    run(frmDownload(needs, tools.Winsock, &explorer));
+  else if (configured_page::KnowsPagesOf(kind))
+    run(frmDownload2(needs, &explorer));
+  else
+    return;
   explorer.ShowDownloaded(stored, to_read);  // now that the base is no longer written to
 }
 

@@ -3,7 +3,6 @@
 #include <system_error>
 
 #include "base/cat.h"
-#include "base/cp1251.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
@@ -16,7 +15,6 @@
 #include "export/xml_export.h"
 #include "jet/database.h"
 #include "sql/connection.h"
-#include "text/numbers.h"
 
 namespace cli {
 namespace {
@@ -31,12 +29,11 @@ std::string FolderFor(const Arguments& arguments, const mdl_AZ::ForumIni& ini) {
 }
 
 void Export(const Arguments& arguments, Context& context) {
-  const std::string number = cp1251::FromUtf8(arguments[1]);
-  if (!text::IsNumber(number)) throw UsageError(Cat("Не номер сообщения: "_ru, number));
+  const std::int32_t number = MessageNumber(arguments[1]);
   jet::Database database = jet::Database::Open(context.files, arguments[0], jet::Access::kRead);
   sql::Connection connection(database, context.clock);
   const NodeTree threads = WholeArchive(connection, {}, context.clock);
-  const NodeId thread = ThreadOf(threads, text::StrictLong(number));
+  const NodeId thread = ThreadOf(threads, number);
   if (thread == kNoNode) throw Error(error_number::kNoCurrentRecord, Cat("В базе нет сообщения с номером "_ru, number));
 
   const std::string data_dir = arguments.Value("--data-dir").value_or("");

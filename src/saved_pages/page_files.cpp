@@ -10,6 +10,7 @@
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "config/paths.h"
+#include "store/message_record.h"
 
 namespace page_files {
 namespace {
@@ -26,11 +27,10 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsWordCharacter(char c) { return IsDigit(c) || c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 std::optional<std::int32_t> ToNumber(std::string_view digits) {
-  constexpr std::int32_t kLargest = 9'999'999;
   std::int32_t number = 0;
   for (const char c : digits) {
     number = 10 * number + (c - '0');
-    if (number > kLargest) return std::nullopt;
+    if (number > kLargestNumber) return std::nullopt;
   }
   if (number == 0) return std::nullopt;
   return number;

@@ -2,9 +2,10 @@
 
 #include "base/cat.h"
 #include "base/ru_literal.h"
+#include "store/message_record.h"
 
 namespace {
-constexpr std::string_view kRows = "БазаЗапрос"_ru;
+constexpr std::string_view kRows = "БазаЗапрос"_ru, kNumber = "Код"_ru;
 }
 
 BaseRecordset::BaseRecordset(MessageBase& base)
@@ -20,6 +21,13 @@ std::int32_t BaseRecordset::GetFirst(std::int32_t when_empty) {
 bool BaseRecordset::msgExist(std::int32_t number) {
   rows_.FindFirst(Cat("[Код] = "_ru, number));
   return !rows_.NoMatch();
+}
+
+void BaseRecordset::SetNumber(std::string_view field, std::int32_t number) {
+  if (field == kNumber && number > kLargestNumber)
+    throw Error(error_number::kOverflow,
+                Cat("Номер сообщения "_ru, number, " больше наибольшего, который вмещает база: "_ru, kLargestNumber));
+  rows_.Set(field, number);
 }
 
 void BaseRecordset::CommitBatch() {

@@ -23,7 +23,8 @@ class BaseRecordset : public BatchedRecordset {
 
   void AddNew() override { rows_.AddNew(); }
   void SetText(std::string_view field, std::string_view text) override { rows_.Set(field, std::string(text)); }
-  void SetNumber(std::string_view field, std::int32_t number) override { rows_.Set(field, number); }
+  /// @throws Error 6 for a Код above kLargestNumber
+  void SetNumber(std::string_view field, std::int32_t number) override;
   void SetDate(std::string_view field, OleDate date) override { rows_.Set(field, date); }
   void Update() override { rows_.Update(); }
   void Cancel() override { rows_.Cancel(); }

@@ -108,6 +108,14 @@ TEST_P(NewBaseTest, AMessageIsStoredWithEveryField) {
   EXPECT_EQ(message->Текст, std::string(5000, 'x'));
 }
 
+TEST_P(NewBaseTest, ANumberThatNoKeyHoldsIsRefusedBeforeAnythingIsWritten) {
+  BaseRecordset records(base_);
+  Add(records, 9'999'999);
+  EXPECT_EQ(ErrorOf([&] { Add(records, 10'000'000); }), error_number::kOverflow);
+  records.Cancel();
+  EXPECT_EQ(records.GetFirst(0), 9'999'999);
+}
+
 TEST_P(NewBaseTest, ARowUnderWayIsDroppedByAnythingButUpdate) {
   BaseRecordset records(base_);
   const std::function<void()> ends[] = {[&] { records.Cancel(); }, [&] { records.msgExist(1); },
