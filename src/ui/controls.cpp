@@ -1,5 +1,6 @@
 #include "ui/controls.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
 
@@ -10,8 +11,10 @@ QLabel* LabelFor(QWidget* control, const char* name, const QString& text) {
   words.remove(QLatin1Char('&'));
   if (words.endsWith(QLatin1Char(':'))) words.chop(1);
   control->setAccessibleName(words);
-  // The text box of a list is a control of its own to a screen reader.
-  if (const auto* list = qobject_cast<QComboBox*>(control); list != nullptr && list->isEditable())
-    list->lineEdit()->setAccessibleName(words);
+  // The text box and the entries of a list are controls of their own to a screen reader.
+  if (const auto* list = qobject_cast<QComboBox*>(control); list != nullptr) {
+    list->view()->setAccessibleName(words);
+    if (list->isEditable()) list->lineEdit()->setAccessibleName(words);
+  }
   return label;
 }

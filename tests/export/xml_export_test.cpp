@@ -94,7 +94,9 @@ TEST_F(XmlExport, TheLogTellsEachStepAndABrowserThatCannotBeStarted) {
   PutIni("[LOG]\r\nIsLog=1");
   shell_.browser.clear();
   EXPECT_THAT(cp1251::ToUtf8(ExportSummary(Export(1))), HasSubstr("Сообщений: 4. Открыть файл не удалось: Файл"));
-  const std::string steps = std::regex_replace(Log(), std::regex("<MESSAGE>\n(<[^\n]*\n)+\n"), "");
+  std::string steps = Log();
+  for (std::size_t element; (element = steps.find("<MESSAGE>\n")) != std::string::npos;)
+    steps.erase(element, steps.find("\n\n", element) + 2 - element);
   std::string want;
   for (const char* number : {"1", "2", "4", "5"})
     want += Cat("select * FROM База WHERE Код=000000", number, "\nC000000", number, "\n");

@@ -79,6 +79,7 @@ constexpr Line kLines[] = {
 
 MainMenu::MainMenu(const QWidget* shared, QWidget* parent) : QMenuBar(parent) {
   setObjectName(QStringLiteral("mainMenu"));
+  setAccessibleName(QStringLiteral("Меню"));
   QMenu* menu = nullptr;
   for (const Line& line : kLines) {
     const QString name = QString::fromLatin1(line.name), text = QString::fromUtf8(line.text);

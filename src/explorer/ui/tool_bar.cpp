@@ -79,6 +79,9 @@ ToolBar::ToolBar(QWidget* parent) : QToolBar(parent) {
   setContextMenuPolicy(Qt::PreventContextMenu);
   AddButtons();
   MeasureTexts();
+  // Qt's own button, which shows what a narrow window has no room for.
+  if (auto* more = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+    more->setAccessibleName(QStringLiteral("Ещё команды"));
 }
 
 void ToolBar::AddButtons() {
