@@ -1,5 +1,7 @@
 #include "app/application.h"
 
+#include <filesystem>
+
 #include <QApplication>
 #include <QDesktopServices>
 
@@ -20,7 +22,8 @@ Application::Application(const CommandLine& command_line)
       ini_(files_, program_folder::Find(places_)),
       log_(ini_, files_, clock_),
       explorer_({files_, clock_, ini_, settings_, dialogs_, *this}) {
-  if (!command_line.base.empty()) explorer_.LoadInsteadOfDialog(command_line.base);
+  // Absolute, because it is remembered for other runs.
+  if (!command_line.base.empty()) explorer_.LoadInsteadOfDialog(std::filesystem::absolute(command_line.base).string());
 }
 
 int Application::Run() {

@@ -66,6 +66,13 @@ class ArgumentReader {
   Arguments arguments_;
 };
 
+std::string OneLine(std::string_view text) {
+  std::string line(text);
+  std::replace_if(
+      line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+  return cp1251::ToUtf8(line);
+}
+
 std::int32_t MessageNumber(const std::string& word) {
   const std::string number = cp1251::FromUtf8(word);
   if (!text::IsNumber(number)) throw UsageError(Cat("Не номер сообщения: "_ru, number));

@@ -56,24 +56,19 @@ std::string Wanted(const Arguments& arguments) {
   return wanted;
 }
 
-/// Tabs and line ends of a subject become blanks, so that a message stays a line.
 void Search(const Arguments& arguments, Context& context) {
   const std::string wanted = Wanted(arguments);
   OpenBase base(arguments, context, jet::Access::kRead);
   NoProgress nobody;
-  for (const FoundMessage& found : FindMessages(base.database, base.connection, wanted, nobody)) {
-    std::string subject = found.Тема;
-    for (char& c : subject)
-      if (c == '\t' || c == '\r' || c == '\n') c = ' ';
-    context.out << found.Код << '\t' << cp1251::ToUtf8(subject) << '\n';
-  }
+  for (const FoundMessage& found : FindMessages(base.database, base.connection, wanted, nobody))
+    context.out << found.Код << '\t' << OneLine(found.Тема) << '\n';
 }
 
 void Emails(const Arguments& arguments, Context& context) {
   const std::string nick = Wanted(arguments);
   OpenBase base(arguments, context, jet::Access::kRead);
   const std::vector<std::string> addresses = EmailsOf(base.connection, nick);
-  for (const std::string& address : addresses) context.out << cp1251::ToUtf8(address) << '\n';
+  for (const std::string& address : addresses) context.out << OneLine(address) << '\n';
   if (addresses.empty()) context.errors << cp1251::ToUtf8(NoEmailsText(nick)) << '\n';
 }
 

@@ -74,7 +74,7 @@ constexpr std::array<std::string_view, kNodeImageCount> kImageNames = {
     "new_message", "message", "found_message", "year",    "month",   "day",          "author"};
 
 void PrintNode(const NodeTree& tree, NodeId node, std::size_t depth, bool json, std::ostream& out) {
-  const std::string text = cp1251::ToUtf8(tree.Text(node));
+  const std::string text = OneLine(tree.Text(node));
   if (!json) {
     out << std::string(2 * depth, ' ') << text << '\n';
     return;
@@ -141,7 +141,7 @@ void Show(const Arguments& arguments, Context& context) {
   const MessageView view = ViewOfMessage(*message);
   for (const std::string& line :
        {view.status.value_or(""), view.txtSubj, view.txtAuthor, view.txtAuthorMail, view.txtData})
-    if (!line.empty()) context.out << cp1251::ToUtf8(line) << '\n';
+    if (!line.empty()) context.out << OneLine(line) << '\n';
   context.out << '\n' << cp1251::ToUtf8(text::ReplaceAll(view.body, "\r\n", "\n")) << '\n';
 }
 

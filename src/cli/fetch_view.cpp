@@ -5,6 +5,7 @@
 #include "base/cat.h"
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
+#include "cli/command.h"
 #include "download/session_parts.h"
 #include "text/numbers.h"
 #include "text/strings.h"
@@ -19,8 +20,7 @@ bool IsWordOfCourse(std::string_view hint) { return hint == kIdleHint || hint ==
 
 }  // namespace
 
-void FetchView::SetPanel(int panel, std::string_view text) {
-  if (panel == 1) bar_ = text;
+void FetchView::SetPanel(int, std::string_view text) {
   if (text == kStoppedText) stopped_ = true;
 }
 
@@ -81,7 +81,7 @@ void FetchView::Print(const std::string& outcome) {
     out_ << cp1251::ToUtf8(Cat("\r\033[K", percent_, " %  № "_ru, row_.number, "  записано "_ru, totals_.stored,
                                ", нет на форуме "_ru, totals_.absent, ", не получено "_ru, totals_.failed));
   else
-    out_ << row_.number << ' ' << cp1251::ToUtf8(outcome) << '\n';
+    out_ << row_.number << ' ' << OneLine(outcome) << '\n';
   out_.flush();
 }
 

@@ -31,8 +31,6 @@ class FetchView : public SessionView {
   bool stopped() const { return stopped_; }
   /// Why it could not do its work; empty when it could.
   const std::string& problem() const { return problem_; }
-  /// What the status bar said last.
-  const std::string& last_words() const { return bar_; }
 
   void SetPanel(int panel, std::string_view text) override;
   void SetHint(std::string_view text) override;
@@ -79,7 +77,7 @@ class FetchView : public SessionView {
   std::function<void()> stop_;
   Row row_;
   Totals totals_;
-  std::string bar_, problem_;
+  std::string problem_;
   int percent_ = 0;
   int retries_ = 0;  // of the number under way
   bool stopped_ = false;

@@ -1,7 +1,10 @@
 #include "explorer/tree_walk.h"
 
 NodeId NodeAfter(const NodeTree& tree, NodeId node) {
-  if (tree.ChildCount(node) > 0) return tree.Child(node, 0);
+  return tree.ChildCount(node) > 0 ? tree.Child(node, 0) : NodeAfterSubtree(tree, node);
+}
+
+NodeId NodeAfterSubtree(const NodeTree& tree, NodeId node) {
   while (node != kRootNode) {
     const NodeId parent = tree.Parent(node);
     const std::size_t next = tree.Row(node) + 1;

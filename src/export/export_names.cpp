@@ -61,7 +61,9 @@ std::string ExportFileName(std::string_view node_text) {
   constexpr std::size_t kLongest = 255;  // bytes of a name on the usual file systems
   std::string stem(node_text);
   SanitizeFileName(stem);
-  std::replace(stem.begin(), stem.end(), '\0', '_');  // the one sign left that no name can hold
+  // No name can hold NUL; the others make one that nobody can type.
+  std::replace_if(
+      stem.begin(), stem.end(), [](unsigned char c) { return c < ' '; }, '_');
   const std::string utf8 = cp1251::ToUtf8(stem);
   return std::string(WholeCharacters(utf8, kLongest - kExtension.size())).append(kExtension);
 }

@@ -56,15 +56,6 @@ class LineWriter {
   std::string waiting_;
 };
 
-/// The first node behind a node and all below it; kNoNode when there is none.
-NodeId NodeAfterSubtree(const NodeTree& tree, NodeId node) {
-  for (; node != kRootNode; node = tree.Parent(node)) {
-    const NodeId parent = tree.Parent(node);
-    if (const std::size_t next = tree.Row(node) + 1; next < tree.ChildCount(parent)) return tree.Child(parent, next);
-  }
-  return kNoNode;
-}
-
 class Export {
  public:
   Export(const ExportNeeds& needs, const NodeTree& tree)

@@ -26,6 +26,10 @@ void MessageBase::OpenBase(const std::string& path) {
   FindForum();
 }
 
+void MessageBase::Reopen() {
+  if (open_ != nullptr && writings_ == 0) open_ = Open(path_, jet::Access::kRead);
+}
+
 std::unique_ptr<MessageBase::OpenFile> MessageBase::Open(const std::string& path, jet::Access access) {
   return std::make_unique<OpenFile>(jet::Database::Open(files_, paths::Resolve(path), access), clock_);
 }

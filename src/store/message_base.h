@@ -24,6 +24,9 @@ class MessageBase {
   /// @param path  the file system's own bytes
   /// @throws Error, 3045 also while this base is being written to
   void OpenBase(const std::string& path);
+  /// Reads the file that has the base's name now: another program may have put a compacted one in its place. Does
+  /// nothing without a base and while it is written to. @throws Error; the base then stays as it was
+  void Reopen();
 
   /// While it lives the base is open for writing, which only one program can do at a time; else it is
   /// open for reading, so that several programs can show it. May be nested.

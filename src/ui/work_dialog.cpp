@@ -91,11 +91,7 @@ void WorkDialog::Run(const QString& doing, const Work& work) {
 
 void WorkDialog::RunWhenShown(const QString& doing, Work work) {
   ShowStatus(doing);
-  waiting_ = true;
-  const auto run = [this, doing, work = std::move(work)] {
-    waiting_ = false;
-    Run(doing, work);
-  };
+  const auto run = [this, doing, work = std::move(work)] { Run(doing, work); };
   QMetaObject::invokeMethod(this, run, Qt::QueuedConnection);
 }
 

@@ -34,9 +34,6 @@ class WorkDialog : public QDialog, protected Progress {
   /// The same as soon as the window is on the screen.
   void RunWhenShown(const QString& doing, Work work);
 
-  /// Is there work under way, or to come?
-  bool IsRunning() const { return running_ || waiting_; }
-
  public slots:
   /// Asks the running work to stop; closes the window when there is none.
   void reject() override;
@@ -58,7 +55,7 @@ class WorkDialog : public QDialog, protected Progress {
   void FitHeight();
   void CopyAll() const;
 
-  bool running_ = false, waiting_ = false, stopped_ = false;
+  bool running_ = false, stopped_ = false;
   QElapsedTimer since_events_;
   QWidget* top_ = nullptr;
   QPushButton* button_ = nullptr;

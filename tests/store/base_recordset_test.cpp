@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <vector>
 
@@ -106,6 +107,21 @@ TEST_P(NewBaseTest, AMessageIsStoredWithEveryField) {
   EXPECT_EQ(message->Картинка, "Картинка"_ru);
   EXPECT_EQ(message->Дата, OleDate{37000.25});
   EXPECT_EQ(message->Текст, std::string(5000, 'x'));
+}
+
+TEST_P(NewBaseTest, AFileThatAnotherProgramReplacedIsReadAfterReopening) {
+  std::filesystem::rename(path_, path_ + ".bak");
+  std::filesystem::copy_file(path_ + ".bak", path_);
+  {
+    BaseRecordset records(base_);
+    Add(records, 7);
+  }
+  EXPECT_FALSE(ReadMessage(base_.connection(), 7).has_value());
+  base_.Reopen();
+  EXPECT_TRUE(ReadMessage(base_.connection(), 7).has_value());
+  std::filesystem::remove(path_);
+  EXPECT_NE(ErrorOf([&] { base_.Reopen(); }), 0);
+  EXPECT_TRUE(ReadMessage(base_.connection(), 7).has_value());
 }
 
 TEST_P(NewBaseTest, ANumberThatNoKeyHoldsIsRefusedBeforeAnythingIsWritten) {

@@ -42,7 +42,8 @@ std::optional<Mischief> FromText(std::string_view text) {
   for (const Name& known : kNames) {
     if (known.name != text.substr(0, colon) || known.has_amount != (colon != std::string_view::npos)) continue;
     if (!known.has_amount) return Mischief{known.kind};
-    if (const std::optional<int> amount = Amount(text.substr(colon + 1))) return Mischief{known.kind, *amount};
+    const std::optional<int> amount = Amount(text.substr(colon + 1));
+    if (amount && (*amount >= 0 || known.kind == Mischief::Kind::kLength)) return Mischief{known.kind, *amount};
   }
   return std::nullopt;
 }

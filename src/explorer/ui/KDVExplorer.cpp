@@ -214,7 +214,7 @@ bool KDVExplorer::OpenBase(const std::string& path) {
     // The file may have taken the open base's place although it is none: a tree left of the base
     // before would name messages that are not in it.
     if (base_.path() == path) ClearTree();
-    recent_bases::Forget(needs_.settings, path);
+    if (error.number() == error_number::kBaseNotFound) recent_bases::Forget(needs_.settings, path);
     ShowRecentBases();
     return false;
   }
@@ -242,8 +242,13 @@ void KDVExplorer::ShowDownloaded(const std::vector<std::int32_t>& stored, std::o
     shown = BuildTreeOfBase(stored);
   }
   if (to_read) shown = NodeOfMessage(*to_read);
+  if (shown == kNoNode) return TellOlder();
   reading_->GoTo(shown);
   if (to_read) tree_NodeOpened(tree_->currentIndex());
+}
+
+void KDVExplorer::TellOlder() {
+  SetStatus(QStringLiteral("Эти сообщения старше показанных дней: чтобы увидеть их, нажмите кнопку АРХИВ"));
 }
 
 NodeId KDVExplorer::NodeOfMessage(std::int32_t number) const {
@@ -258,6 +263,7 @@ NodeId KDVExplorer::BuildTreeOfBase(const std::vector<std::int32_t>& downloaded)
   ClearTree();
   NodeId first = kNoNode;
   try {
+    base_.Reopen();
     BuiltTree built = ReadTree();
     first = MarkDownloaded(built.tree, downloaded);
     const NodeId threads = built.tree.Find(NodeKind::kThreads);

@@ -100,6 +100,7 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   void tree_NodeClick(const QModelIndex& index);
   MessageView ViewOfNode(NodeId node);
   void tree_NodeOpened(const QModelIndex& index);
+  void TellOlder();
   NodeId NodeOfMessage(std::int32_t number) const;
   NodeId BuildTreeOfBase(const std::vector<std::int32_t>& downloaded = {});
   BuiltTree ReadTree();

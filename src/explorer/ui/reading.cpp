@@ -4,6 +4,7 @@
 #include <QScrollBar>
 
 #include "explorer/tree_walk.h"
+#include "explorer/ui/tree_expansion.h"
 
 Reading::Reading(MessageTree* tree, TreeModel* model, MessageBody* body)
     : QObject(tree), tree_(tree), model_(model), body_(body) {
@@ -28,7 +29,8 @@ void Reading::NextNew() {
 }
 
 void Reading::GoTo(NodeId node) {
-  const QModelIndex index = model_->IndexOf(node);
+  if (node == kNoNode) return;
+  const QModelIndex index = model_->IndexOf(NodeInReach(model_->Tree(), node));
   if (!index.isValid()) return;
   for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) tree_->expand(above);
   tree_->setCurrentIndex(index);

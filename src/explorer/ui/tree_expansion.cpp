@@ -38,6 +38,11 @@ void VisitBelow(const NodeTree& tree, NodeId top, Visit visit) {
 
 }  // namespace
 
+NodeId NodeInReach(const NodeTree& tree, NodeId node) {
+  for (std::size_t level = LevelOf(tree, node); level > kDeepestLevel; --level) node = tree.Parent(node);
+  return node;
+}
+
 TreeExpansion::TreeExpansion(QTreeView* view, TreeModel* model) : QObject(view), view_(view), model_(model) {
   connect(view, &QTreeView::expanded, this, &TreeExpansion::Expanded);
   connect(view, &QTreeView::collapsed, this,

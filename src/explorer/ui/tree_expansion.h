@@ -8,6 +8,10 @@
 
 class QTreeView;
 
+/// The node itself, or, in a chain of replies that is too deep for a view to stand open, the one above it that
+/// a view still shows.
+NodeId NodeInReach(const NodeTree& tree, NodeId node);
+
 /// Keeps what stands open in a view and what the tree says in step. A view pays for every node that it
 /// knows to be open, so it hears of one only when the nodes above it are open: a whole archive with all
 /// threads open costs nothing until it is looked at.

@@ -72,6 +72,14 @@ TEST_F(ReadingKeys, TheNextNewOneIsFoundFromAnywhereAndAroundTheEnd) {
   EXPECT_THAT(Numbers(3, [this] { reading_->NextNew(); }), ElementsAre(3, 2, 3));
 }
 
+TEST_F(ReadingKeys, AChainTooDeepForAViewIsOpenedAsFarAsItGoes) {
+  std::vector<ListRow> chain{{2, 1}};  // a broken thread
+  while (chain.size() < 60'000) chain.push_back({chain.back().Код + 1, chain.back().Код});
+  model_.SetTree(TreeOf(chain));
+  reading_->Previous();
+  EXPECT_TRUE(tree_.currentIndex().isValid());
+}
+
 TEST_F(ReadingKeys, SpaceScrollsTheTextAndGoesOnAtItsEnd) {
   reading_->GoTo(Node(4));
   body_.ShowText(QStringLiteral("строка\n").repeated(20), {});
