@@ -1,5 +1,7 @@
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "base/cat.h"
@@ -57,6 +59,9 @@ void Import(const Arguments& arguments, Context& context) {
   base.OpenBase(arguments[0]);
   const std::string kind = KindOf(arguments, base);
   TroubleLines trouble(context.errors);
+  for (const std::string& name : arguments.Words().subspan(1))
+    if (std::error_code ignored; !std::filesystem::exists(name, ignored))
+      throw FileError(error_number::kFileNotFound, Cat("Нет такого файла и такой папки: "_ru, cp1251::FromUtf8(name)));
   const std::vector<std::string> pages = page_files::Find(arguments.Words().subspan(1), trouble);
   TenthLines progress(context.errors, pages.size());
   BaseRecordset records(base);

@@ -52,6 +52,8 @@ void Delete(const Arguments& arguments, Context& context) {
 /// The text that a command looks for. @throws UsageError for blanks alone
 std::string Wanted(const Arguments& arguments) {
   std::string wanted = cp1251::FromUtf8(arguments[1]);
+  // A character that no base can hold would become "?", which stands for any other.
+  if (cp1251::ToUtf8(wanted) != arguments[1]) throw UsageError("В базах не бывает таких знаков, как в этом тексте"_ru);
   if (text::Trim(wanted).empty()) throw UsageError("Нечего искать: текст пуст"_ru);
   return wanted;
 }

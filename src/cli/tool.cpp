@@ -11,7 +11,7 @@
 namespace cli {
 namespace {
 
-constexpr std::string_view kHelp = "--help";
+constexpr std::string_view kHelp = "--help", kVersion = "--version", kDataDir = "--data-dir";
 
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
@@ -64,6 +64,15 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
   if (words[0] == kHelp) {
     PrintHelp(out);
     return kDone;
+  }
+  if (words[0] == kVersion) {
+    out << "kdvbase " QUORVEX_VERSION "\n";
+    return kDone;
+  }
+  if (words[0] == kDataDir && words.size() > 2) {  // it may stand before the command too
+    std::vector<std::string> reordered{words[2], words[0], words[1]};
+    reordered.insert(reordered.end(), words.begin() + 3, words.end());
+    return RunTool(reordered, out, errors, files, clock, make_fetcher, on_terminal);
   }
   try {
     const Command command = FindCommand(words[0]);

@@ -42,6 +42,10 @@ std::string LogLine(const Clock& clock, std::string_view text) {
   return Cat("\r\n", text::DateText(time_of_day), " - ", text);
 }
 
+void TellNotStored(SessionView& view, const Clock& clock, std::int32_t number, std::string_view reason) {
+  view.AppendLog(LogLine(clock, Cat("Сообщение "_ru, number, " не записано: "_ru, reason)));
+}
+
 void ShowRunning(SessionView& view) {
   view.Enable(SessionButton::cmdDownload, false);
   view.Enable(SessionButton::cmdGetLast, false);

@@ -68,6 +68,9 @@ int Percent(std::int32_t number, NumberRange range);
 /// A line of the log box: it begins with the line break that parts it from the one above.
 std::string LogLine(const Clock& clock, std::string_view text);
 
+/// Tells in the log box why a message is not in the base: the row has room for the step alone.
+void TellNotStored(SessionView& view, const Clock& clock, std::int32_t number, std::string_view reason);
+
 /// The buttons of a session that runs, and of none.
 void ShowRunning(SessionView& view);
 void ShowIdle(SessionView& view);

@@ -75,6 +75,7 @@ bool ImportPage(const ConfiguredDownload& with, std::string_view page, std::int3
     return message.Дата.has_value();
   } catch (const Error& error) {
     with.records.Cancel();
+    TellNotStored(with.view, with.clock, number, error.what());
     with.Bar(Cat("Ошибка записи сообщения в базу ***>"_ru, error.what()));
     return false;
   }

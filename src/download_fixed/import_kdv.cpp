@@ -72,8 +72,9 @@ void ImportKdvMessage(const FixedDownload& with, std::string_view page, std::int
     Store(with, message);
     step = 9;
     with.view.SetCell(row_column::kStatus, "Импортирован"_ru);
-  } catch (const Error&) {
+  } catch (const Error& error) {
     with.records.Cancel();
+    TellNotStored(with.view, with.clock, number, error.what());
     Printstatus(with.view, Cat("Ошибка "_ru, step));
     with.forum_log.Log(Cat("Import error=Ошибка "_ru, step));
   }

@@ -47,8 +47,9 @@ void ImportRtsAnMessage(const FixedDownload& with, std::string_view page, std::i
     Store(with.records, message, step);
     step = 29;
     with.view.SetCell(row_column::kStatus, "Импортирован"_ru);
-  } catch (const Error&) {
+  } catch (const Error& error) {
     with.records.Cancel();
+    TellNotStored(with.view, with.clock, number, error.what());
     Printstatus(with.view, Cat("Ошибка "_ru, step));
   }
 }

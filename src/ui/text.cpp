@@ -15,6 +15,8 @@ QString FromCp1251(std::string_view text) {
 
 std::string ToCp1251(const QString& text) { return cp1251::FromUtf8(text.toStdString()); }
 
+bool FitsCp1251(const QString& text) { return FromCp1251(ToCp1251(text)) == text; }
+
 QString QStringFromPath(std::string_view path) {
   return QFile::decodeName(QByteArray(path.data(), static_cast<qsizetype>(path.size())));
 }

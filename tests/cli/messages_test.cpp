@@ -49,7 +49,10 @@ TEST_F(MessagesOfABase, AreFoundByTextAndAuthor) {
   } cases[] = {
       {{"search", base_, "выро"}, 0, "3\tКурс 3\n", ""},
       {{"search", base_, "Курс [14]"}, 0, "1\tКурс 1\n4\tКурс 4\n", ""},
+      {{"--data-dir", folder_ / "program", "search", base_, "выро"}, 0, "3\tКурс 3\n", ""},
       {{"search", base_, " "}, 2, "", "пуст"},
+      {{"search", base_, "日"}, 2, "", "не бывает"},  // not every character, as "?" would be
+      {{"import", base_, folder_ / "none", "--data-dir", folder_ / "program"}, 1, "", "Нет такого файла"},
       {{"search", base_, "it's"}, 1, "", "kdvbase: "},
       {{"emails", base_, "Ваня"}, 0, "v0@x.ru\nv1@x.ru\n", ""},
       {{"emails", base_, "Петя"}, 0, "", "Петя за время своего присутствия"},

@@ -135,6 +135,8 @@ TEST(Importers, TellTheStepThatFailedAndStoreNothing) {
       const std::string status =
           step == 0 ? "cell 5: Импортирован\n" : Cat("cell 5: Ошибка ", step, "\nicon 15\ncolour 255\n");
       EXPECT_TRUE(stage.script.text().ends_with(status)) << cp1251::ToUtf8(c.fails) << stage.script.text();
+      const bool has_reason = stage.script.text().find("Сообщение 12 не записано: ") != std::string::npos;
+      EXPECT_EQ(has_reason, step != 0) << stage.script.text();
       EXPECT_EQ(stage.records.size(), step == 0 ? 1u : 0u);
       EXPECT_THROW(stage.records.Update(), Error) << "a record is still under way";
     };

@@ -1,6 +1,7 @@
 #include "download/ui/download_window.h"
 
 #include <QCoreApplication>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace {
@@ -17,7 +18,7 @@ DownloadWindow::DownloadWindow(const char* name, int panels, const DownloadNeeds
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(pane_);
-  resize(kFirstSize);
+  resize(kFirstSize.boundedTo(screen()->availableSize()));
   next_painting_.setSingleShot(true);
   connect(&next_painting_, &QTimer::timeout, this, [this] {
     since_painting_.invalidate();

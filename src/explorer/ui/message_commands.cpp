@@ -41,9 +41,18 @@ void MessageCommands::Try(Action action) {
   }
 }
 
+// A character that no base can hold would become "?", which stands for any other.
+std::string MessageCommands::AskText(const QString& prompt, const QString& title) {
+  const QString text = needs_.dialogs.AskLine(needs_.window, prompt, title);
+  if (FitsCp1251(text)) return ToCp1251(text);
+  needs_.dialogs.Tell(needs_.window, QStringLiteral("В базах не бывает таких знаков: %1").arg(text), BoxIcon::kNone,
+                      title);
+  return {};
+}
+
 void MessageCommands::FindText() {
   Try([this] {
-    typed_ = ToCp1251(needs_.dialogs.AskLine(needs_.window, kSearchPrompt, kSearchTitle));
+    typed_ = AskText(kSearchPrompt, kSearchTitle);
     const LongWork work(needs_.bar);
     StoppedByEscape progress(needs_.window, needs_.progress);
     Search(needs_.base, typed_, progress, *this);
@@ -52,7 +61,7 @@ void MessageCommands::FindText() {
 
 void MessageCommands::FindEmails() {
   Try([this] {
-    const std::string nick = ToCp1251(needs_.dialogs.AskLine(needs_.window, kEmailPrompt, kEmailTitle));
+    const std::string nick = AskText(kEmailPrompt, kEmailTitle);
     const std::optional<std::string> answer = [&] {
       const Hourglass hourglass;
       return LookUpEmails(needs_.base.connection(), nick);

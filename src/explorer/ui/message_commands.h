@@ -44,6 +44,8 @@ class MessageCommands : private SearchView, private DeletionView {
  private:
   template <typename Action>
   void Try(Action action);
+  /// @return "" when there is nothing to look for
+  std::string AskText(const QString& prompt, const QString& title);
 
   void ClearResults() override;
   void ShowResults(std::span<const FoundMessage> found) override;

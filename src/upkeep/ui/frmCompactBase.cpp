@@ -3,7 +3,9 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include "base/cat.h"
 #include "base/error.h"
+#include "base/ru_literal.h"
 #include "config/paths.h"
 #include "ui/text.h"
 
@@ -58,9 +60,11 @@ WorkReport frmCompactBase::Compact(FileSystem& files, MessageBase& base, Progres
   jet::CompactResult result;
   try {
     result = jet::Compact(files, file, {.leave_unknown_indexes_out = true}, progress);
-  } catch (const Error&) {
+  } catch (const Error& error) {
     base.OpenBase(path);
-    throw;
+    throw Error(error.number(),
+                Cat("Сжать базу не удалось, сообщения остались на своих местах. "_ru, error.what(),
+                    "\nЕсли файл повреждён, команда «Проверить базу» перечислит, что в нём не так."_ru));
   }
   base.OpenBase(path);
   compacted_ = result.complete;
