@@ -4,6 +4,7 @@
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
+#include "config/program_folder.h"
 #include "saved_pages/forum_pages.h"
 #include "text/numbers.h"
 
@@ -65,6 +66,10 @@ class ArgumentReader {
   bool only_words_ = false;
   Arguments arguments_;
 };
+
+std::string ProgramFolder(const Arguments& arguments) {
+  return program_folder::Find(program_folder::OfThisProcess(arguments.Value("--data-dir").value_or("")));
+}
 
 std::string OneLine(std::string_view text) {
   std::string line(text);

@@ -76,12 +76,16 @@ struct Command {
 /// every command. @throws UsageError
 Arguments ReadArguments(const Command& command, std::span<const std::string> words);
 
+/// The program folder that --data-dir names, or the usual one; made and filled on first use.
+std::string ProgramFolder(const Arguments& arguments);
+
 /// A word as the number of a message. @throws UsageError when it is none
 std::int32_t MessageNumber(const std::string& word);
 
 /// A text of a message as UTF-8 on a line of its own: what would move the cursor of a terminal or change its colours
 /// becomes blanks.
 std::string OneLine(std::string_view text);
+
 /// A word, in UTF-8, as the code of a forum whose pages can be read. @throws UsageError when it is none
 std::string ForumCode(const std::string& word);
 

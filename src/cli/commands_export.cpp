@@ -6,15 +6,13 @@
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
+#include "cli/open_base.h"
 #include "config/mdl_AZ.h"
-#include "config/program_folder.h"
 #include "config/user_settings.h"
 #include "explorer/node_tree.h"
 #include "export/export_names.h"
 #include "export/thread_choice.h"
 #include "export/xml_export.h"
-#include "jet/database.h"
-#include "sql/connection.h"
 
 namespace cli {
 namespace {
@@ -30,17 +28,15 @@ std::string FolderFor(const Arguments& arguments, const mdl_AZ::ForumIni& ini) {
 
 void Export(const Arguments& arguments, Context& context) {
   const std::int32_t number = MessageNumber(arguments[1]);
-  jet::Database database = jet::Database::Open(context.files, arguments[0], jet::Access::kRead);
-  sql::Connection connection(database, context.clock);
-  const NodeTree threads = WholeArchive(connection, {}, context.clock);
+  OpenBase base(arguments, context, jet::Access::kRead);
+  const NodeTree threads = WholeArchive(base.connection, {}, context.clock);
   const NodeId thread = ThreadOf(threads, number);
   if (thread == kNoNode) throw Error(error_number::kNoCurrentRecord, Cat("В базе нет сообщения с номером "_ru, number));
 
-  const std::string data_dir = arguments.Value("--data-dir").value_or("");
-  const mdl_AZ::ForumIni ini(context.files, program_folder::Find(program_folder::OfThisProcess(data_dir)));
+  const mdl_AZ::ForumIni ini(context.files, ProgramFolder(arguments));
   const mdl_AZ::ForumLog log(ini, context.files, context.clock);
   const ExportOutcome outcome =
-      ExportMessages({context.files, connection, ini, log, nullptr}, threads, thread, FolderFor(arguments, ini));
+      ExportMessages({context.files, base.connection, ini, log, nullptr}, threads, thread, FolderFor(arguments, ini));
   if (!outcome.trouble.empty()) throw Error(error_number::kNoAccess, ExportSummary(outcome));
   context.out << outcome.path << '\n';
 }

@@ -11,7 +11,6 @@
 #include "cli/fetch_view.h"
 #include "cli/interrupt.h"
 #include "config/mdl_AZ.h"
-#include "config/program_folder.h"
 #include "download_configured/configured_page.h"
 #include "download_configured/configured_session.h"
 #include "download_fixed/fixed_session.h"
@@ -89,8 +88,7 @@ void Report(const FetchView& view, Context& context) {
 
 void Fetch(const Arguments& arguments, Context& context) {
   const RangeChoice range = ChosenRange(arguments);
-  const std::string data_dir = arguments.Value("--data-dir").value_or("");
-  const mdl_AZ::ForumIni ini(context.files, program_folder::Find(program_folder::OfThisProcess(data_dir)));
+  const mdl_AZ::ForumIni ini(context.files, ProgramFolder(arguments));
   const mdl_AZ::ForumLog log(ini, context.files, context.clock);
   MessageBase base(context.files, context.clock, ini);
   base.OpenBase(arguments[0]);

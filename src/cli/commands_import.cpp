@@ -11,7 +11,6 @@
 #include "base/ru_literal.h"
 #include "cli/command.h"
 #include "config/mdl_AZ.h"
-#include "config/program_folder.h"
 #include "saved_pages/import_saved_pages.h"
 #include "store/base_recordset.h"
 #include "store/message_base.h"
@@ -53,8 +52,7 @@ std::string KindOf(const Arguments& arguments, const MessageBase& base) {
 }
 
 void Import(const Arguments& arguments, Context& context) {
-  const std::string data_dir = arguments.Value("--data-dir").value_or("");
-  const mdl_AZ::ForumIni ini(context.files, program_folder::Find(program_folder::OfThisProcess(data_dir)));
+  const mdl_AZ::ForumIni ini(context.files, ProgramFolder(arguments));
   MessageBase base(context.files, context.clock, ini);
   base.OpenBase(arguments[0]);
   const std::string kind = KindOf(arguments, base);

@@ -3,24 +3,16 @@
 #include "base/progress.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
+#include "cli/open_base.h"
 #include "explorer/delete_messages.h"
 #include "explorer/email_lookup.h"
 #include "explorer/search.h"
 #include "export/thread_choice.h"
-#include "jet/database.h"
-#include "sql/connection.h"
 #include "store/message_edits.h"
 #include "text/strings.h"
 
 namespace cli {
 namespace {
-
-struct OpenBase {
-  OpenBase(const Arguments& arguments, Context& context, jet::Access access)
-      : database(jet::Database::Open(context.files, arguments[0], access)), connection(database, context.clock) {}
-  jet::Database database;
-  sql::Connection connection;
-};
 
 /// The window's deletion without a window: whoever wrote the script has decided already.
 class Deletion : public MessageEdits, public DeletionView {

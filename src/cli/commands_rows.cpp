@@ -3,6 +3,7 @@
 #include "base/ru_literal.h"
 #include "cli/command.h"
 #include "cli/json_lines.h"
+#include "cli/open_base.h"
 #include "jet/column_codec.h"
 #include "jet/database.h"
 #include "jet/text_codec.h"
@@ -141,18 +142,17 @@ bool IsDeletion(std::string_view statement) {
   return sql::LooksLikeStatement(statement) && std::holds_alternative<sql::Delete>(sql::ParseStatement(statement));
 }
 
-void DeleteRows(const std::string& base_path, std::string_view statement, Context& context) {
-  jet::Database base = jet::Database::Open(context.files, base_path, jet::Access::kReadWrite);
-  context.out << "Удалено записей: " << sql::Connection(base, context.clock).Execute(statement) << '\n';
+void DeleteRows(const Arguments& arguments, std::string_view statement, Context& context) {
+  OpenBase base(arguments, context, jet::Access::kReadWrite);
+  context.out << "Удалено записей: " << base.connection.Execute(statement) << '\n';
 }
 
 void Sql(const Arguments& arguments, Context& context) {
   if (arguments.Has("--json") && arguments.Has("--csv")) throw UsageError("Либо --json, либо --csv"_ru);
   const std::string statement = cp1251::FromUtf8(arguments[1]);
-  if (IsDeletion(statement)) return DeleteRows(arguments[0], statement, context);
-  jet::Database base = jet::Database::Open(context.files, arguments[0], jet::Access::kRead);
-  sql::Connection connection(base, context.clock);
-  sql::Recordset rows = connection.OpenSnapshot(statement);
+  if (IsDeletion(statement)) return DeleteRows(arguments, statement, context);
+  OpenBase base(arguments, context, jet::Access::kRead);
+  sql::Recordset rows = base.connection.OpenSnapshot(statement);
   if (arguments.Has("--json")) {
     PrintJson(rows, context.out);
   } else {

@@ -10,12 +10,11 @@
 #include "cli/chosen_clock.h"
 #include "cli/command.h"
 #include "cli/json_lines.h"
+#include "cli/open_base.h"
 #include "config/user_settings.h"
 #include "explorer/base_rows.h"
 #include "explorer/message_view.h"
 #include "explorer/tree_builder.h"
-#include "jet/database.h"
-#include "sql/connection.h"
 #include "store/message_rows.h"
 #include "text/dates.h"
 #include "text/numbers.h"
@@ -23,15 +22,6 @@
 
 namespace cli {
 namespace {
-
-/// An open base of whatever name.
-struct OpenBase {
-  OpenBase(const Arguments& arguments, Context& context)
-      : database(jet::Database::Open(context.files, arguments[0], jet::Access::kRead)),
-        connection(database, context.clock) {}
-  jet::Database database;
-  sql::Connection connection;
-};
 
 std::int32_t DaysOption(const Arguments& arguments, std::string_view option, std::int32_t missing) {
   const auto written = arguments.Value(option);
@@ -122,7 +112,7 @@ class TroubleLines : public TreeTrouble {
 void Tree(const Arguments& arguments, Context& context) {
   const user_settings::TreeSettings settings = SettingsOf(arguments);
   const ChosenClock clock(arguments.Value("--now"), context.clock);
-  OpenBase base(arguments, context);
+  OpenBase base(arguments, context, jet::Access::kRead);
   sql::Connection connection(base.database, clock);
   BaseRows rows(connection, settings);
   NoProgress progress;
@@ -135,7 +125,7 @@ void Tree(const Arguments& arguments, Context& context) {
 
 void Show(const Arguments& arguments, Context& context) {
   const std::int32_t number = MessageNumber(arguments[1]);
-  OpenBase base(arguments, context);
+  OpenBase base(arguments, context, jet::Access::kRead);
   const auto message = ReadMessage(base.connection, number);
   if (!message) throw Error(error_number::kNoCurrentRecord, Cat("В базе нет сообщения с номером "_ru, number));
   const MessageView view = ViewOfMessage(*message);

@@ -29,6 +29,7 @@ std::vector<std::string> List(const SettingsStore& store) {
 
 void Remember(SettingsStore& store, const std::string& path) {
   std::vector<std::string> paths = List(store);
+  if (!paths.empty() && paths.front() == path) return;
   std::erase(paths, path);
   paths.insert(paths.begin(), path);
   Store(store, paths);

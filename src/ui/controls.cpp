@@ -18,3 +18,12 @@ QLabel* LabelFor(QWidget* control, const char* name, const QString& text) {
   }
   return label;
 }
+
+QLabel* HintLabel(const char* name, int lines) {
+  auto* label = Named<QLabel>(name);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label->setMinimumHeight(lines * label->fontMetrics().lineSpacing());
+  return label;
+}

@@ -21,3 +21,6 @@ Control* Named(const char* name, Arguments&&... arguments) {
 /// its accessible name.
 /// @param text  "&Форум:"; the colon and the mark are not part of the name
 QLabel* LabelFor(QWidget* control, const char* name, const QString& text);
+
+/// A place for sentences that come and go. The window keeps its size whatever it says in so many lines.
+QLabel* HintLabel(const char* name, int lines);

@@ -14,8 +14,8 @@
 #include "config/forum_list.h"
 #include "config/paths.h"
 #include "config/settings_checks.h"
-#include "config/ui/choice_lists.h"
 #include "config/user_settings.h"
+#include "ui/choice_lists.h"
 #include "ui/text.h"
 
 namespace {
@@ -57,11 +57,7 @@ void frmOpen::AddControls() {
   txtBase_->setReadOnly(true);
   cmdBrowse_ = Named<QPushButton>("cmdBrowse", QStringLiteral("&Обзор…"));
   cmdBrowse_->setToolTip(QStringLiteral("Найти файл базы на диске"));
-  lblHint_ = Named<QLabel>("lblHint");
-  lblHint_->setTextFormat(Qt::PlainText);
-  lblHint_->setWordWrap(true);
-  lblHint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  lblHint_->setMinimumHeight(3 * lblHint_->fontMetrics().lineSpacing());  // the dialog keeps its size whatever it says
+  lblHint_ = HintLabel("lblHint", 3);
   cmbDays_ = FreeChoiceList("cmbDays");
   cmbFormat_ = ChoiceList("cmbFormat");
   cmdNew_ = Named<QPushButton>("cmdNew", QStringLiteral("&Создать базу…"));
@@ -176,7 +172,9 @@ void frmOpen::ShowHint() {
 }
 
 QString frmOpen::NoBasesHint() const {
-  return QStringLiteral("В папке %1 баз известных форумов нет. Нажмите «Обзор…» и укажите файл базы (*.mdb) на диске или создайте новую.")
+  return QStringLiteral(
+             "В папке %1 баз известных форумов нет. Нажмите «Обзор…» и укажите файл базы (*.mdb) на диске или создайте "
+             "новую.")
       .arg(QStringFromPath(folder_));
 }
 

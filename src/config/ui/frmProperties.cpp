@@ -11,7 +11,7 @@
 
 #include "base/error.h"
 #include "config/settings_checks.h"
-#include "config/ui/choice_lists.h"
+#include "ui/choice_lists.h"
 #include "ui/text.h"
 
 namespace {
@@ -53,11 +53,7 @@ void frmProperties::AddControls() {
   cmdChoose_ = Named<QPushButton>("cmdChoose", QStringLiteral("&Обзор…"));
   cmdChoose_->setToolTip(QStringLiteral("Найти файл базы на диске"));
   chkAutoLoad_ = Named<QCheckBox>("chkAutoLoad", QStringLiteral("&Загружать автоматически при запуске программы"));
-  lblHint_ = Named<QLabel>("lblHint");
-  lblHint_->setTextFormat(Qt::PlainText);
-  lblHint_->setWordWrap(true);
-  lblHint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  lblHint_->setMinimumHeight(2 * lblHint_->fontMetrics().lineSpacing());  // the dialog keeps its size whatever it says
+  lblHint_ = HintLabel("lblHint", 2);
   cmdReset_ = Named<QPushButton>("cmdReset", QStringLiteral("По &умолчанию"));
   cmdReset_->setToolTip(QStringLiteral("Вернуть в списки первоначальные значения"));
   cmdOK_ = Named<QPushButton>("cmdOK", QStringLiteral("OK"));

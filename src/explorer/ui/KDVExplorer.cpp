@@ -231,7 +231,7 @@ bool KDVExplorer::OpenBase(const std::string& path) {
 void KDVExplorer::SR() {
   if (busy_ || !base_.IsOpen()) return;
   const BusyMark busy(busy_);
-  BuildTreeOfBase();
+  RebuildTree();
 }
 
 void KDVExplorer::ShowDownloaded(const std::vector<std::int32_t>& stored, std::optional<std::int32_t> to_read) {
@@ -239,7 +239,7 @@ void KDVExplorer::ShowDownloaded(const std::vector<std::int32_t>& stored, std::o
   NodeId shown = kNoNode;
   if (!stored.empty()) {
     const BusyMark busy(busy_);
-    shown = BuildTreeOfBase(stored);
+    shown = RebuildTree(stored);
   }
   if (to_read) shown = NodeOfMessage(*to_read);
   if (shown == kNoNode) return TellOlder();
@@ -257,13 +257,24 @@ NodeId KDVExplorer::NodeOfMessage(std::int32_t number) const {
   return kNoNode;
 }
 
+// A base that was just opened is not opened once more.
+NodeId KDVExplorer::RebuildTree(const std::vector<std::int32_t>& downloaded) {
+  try {
+    base_.Reopen();
+  } catch (const Error& error) {
+    ClearTree();
+    TellWithNumber(error);
+    return kNoNode;
+  }
+  return BuildTreeOfBase(downloaded);
+}
+
 /// @return the first downloaded message that the tree shows
 NodeId KDVExplorer::BuildTreeOfBase(const std::vector<std::int32_t>& downloaded) {
   const LongWork work(Progress_);
   ClearTree();
   NodeId first = kNoNode;
   try {
-    base_.Reopen();
     BuiltTree built = ReadTree();
     first = MarkDownloaded(built.tree, downloaded);
     const NodeId threads = built.tree.Find(NodeKind::kThreads);
@@ -272,7 +283,7 @@ NodeId KDVExplorer::BuildTreeOfBase(const std::vector<std::int32_t>& downloaded)
     model_->SetTree(std::move(built.tree));
     SetStatus(FromCp1251(built.status));
   } catch (const Error& error) {
-    Tell(Cat(error.number(), "\r\n", error.what()));
+    TellWithNumber(error);
   }
   return first;
 }
@@ -297,6 +308,8 @@ bool KDVExplorer::Advance(int percent) {
   }
   return !closing_;
 }
+
+void KDVExplorer::TellWithNumber(const Error& error) { Tell(Cat(error.number(), "\r\n", error.what())); }
 
 void KDVExplorer::Tell(std::string_view trouble) { needs_.dialogs.Tell(this, FromCp1251(trouble)); }
 

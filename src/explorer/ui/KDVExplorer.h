@@ -102,10 +102,12 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   void tree_NodeOpened(const QModelIndex& index);
   void TellOlder();
   NodeId NodeOfMessage(std::int32_t number) const;
+  NodeId RebuildTree(const std::vector<std::int32_t>& downloaded = {});
   NodeId BuildTreeOfBase(const std::vector<std::int32_t>& downloaded = {});
   BuiltTree ReadTree();
   void ClearTree();
   void SetCaption(const QString& caption);
+  void TellWithNumber(const Error& error);
 
   bool Advance(int percent) override;
   void Tell(std::string_view trouble) override;

@@ -12,6 +12,7 @@
 #include "config/paths.h"
 #include "store/new_base.h"
 #include "ui/busy.h"
+#include "ui/choice_lists.h"
 #include "ui/controls.h"
 #include "ui/text.h"
 
@@ -35,10 +36,7 @@ frmNewBase::frmNewBase(const UpkeepNeeds& needs, std::string_view forum, QWidget
 }
 
 void frmNewBase::AddControls() {
-  cmbForum_ = Named<QComboBox>("cmbForum");
-  cmbForum_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  cmbForum_->setMinimumContentsLength(12);
-  cmbForum_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  cmbForum_ = ChoiceList("cmbForum");
   txtFile_ = Named<QLineEdit>("txtFile");
   cmdBrowse_ = Named<QPushButton>("cmdBrowse", QStringLiteral("&Обзор…"));
   cmdBrowse_->setToolTip(QStringLiteral("Выбрать другую папку или имя"));
@@ -46,11 +44,7 @@ void frmNewBase::AddControls() {
   optNew_ = Named<QRadioButton>("optNew", QStringLiteral("&Новый: для больших архивов (до 2 ГБ), прежние программы "
                                                          "его не откроют"));
   optOld_->setChecked(true);
-  lblHint_ = Named<QLabel>("lblHint");
-  lblHint_->setTextFormat(Qt::PlainText);
-  lblHint_->setWordWrap(true);
-  lblHint_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  lblHint_->setMinimumHeight(2 * lblHint_->fontMetrics().lineSpacing());  // the window keeps its size whatever it says
+  lblHint_ = HintLabel("lblHint", 2);
   cmdOK_ = Named<QPushButton>("cmdOK", QStringLiteral("&Создать"));
   cmdCancel_ = Named<QPushButton>("cmdCancel", QStringLiteral("Отмена"));
 }

@@ -1,4 +1,4 @@
-#include "config/ui/choice_lists.h"
+#include "ui/choice_lists.h"
 
 #include "ui/controls.h"
 
