@@ -3,11 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <memory>
 #include <sstream>
 
 #include "base/file.h"
@@ -17,6 +14,7 @@
 #include "cli/tool.h"
 #include "support/fixed_clock.h"
 #include "support/listing.h"
+#include "support/mdbtools.h"
 
 namespace cli {
 namespace {
@@ -86,14 +84,6 @@ std::vector<std::vector<CsvValue>> ReadCsv(const std::string& csv) {
   return lines;
 }
 
-std::optional<std::string> OutputOf(const std::string& command) {
-  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
-  std::string output;
-  char buffer[65536];
-  while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, pipe.get())) output.append(buffer, size);
-  return output.empty() ? std::nullopt : std::optional(output);
-}
-
 /// Bytes from which on the judge may have cut a text: it prints into a buffer of 200,000.
 constexpr std::size_t kJudgeCuts = 199'990;
 
@@ -123,15 +113,15 @@ void ExpectSameValue(const CsvValue& judged, const json& ours) {
 }
 
 TEST(Dump, AgreesWithAnIndependentReader) {
-  if (std::system("command -v mdb-export >/dev/null 2>&1") != 0) GTEST_SKIP() << "mdb-export is not installed";
+  if (!mdbtools::AreInstalled()) GTEST_SKIP() << "mdbtools are not installed";
   for (const std::string name : {"ptrv_2002", "moysha_2001", "kdv_2002"}) {
     const fs::path base = fs::path(FORUM_SAMPLES) / (name + ".mdb");
     if (!fs::exists(base)) GTEST_SKIP() << "no sample base " << name;
     SCOPED_TRACE(name);
-    const auto csv = OutputOf("LC_ALL=C.UTF-8 MDB_JET3_CHARSET=cp1251 mdb-export -T '%Y-%m-%d %H:%M:%S' -D '%Y-%m-%d 00:00:00' '" +
-                              base.string() + "' База");
-    ASSERT_TRUE(csv.has_value());
-    const auto judged = ReadCsv(*csv);
+    const auto csv =
+        mdbtools::Output("mdb-export -T '%Y-%m-%d %H:%M:%S' -D '%Y-%m-%d 00:00:00' '" + base.string() + "' База");
+    ASSERT_NE(csv, "");
+    const auto judged = ReadCsv(csv);
     const auto dumped = Dumped(base);
     ASSERT_EQ(dumped.size(), 1u);
     ASSERT_EQ(judged.size(), dumped[0].rows.size() + 1);

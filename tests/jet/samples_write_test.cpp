@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <sstream>
 
@@ -12,6 +10,7 @@
 #include "base/error.h"
 #include "jet/faults.h"
 #include "jet/writing.h"
+#include "support/mdbtools.h"
 #include "support/temp_folder.h"
 
 namespace jet {
@@ -132,19 +131,10 @@ TEST_P(WritableSample, ChangedRowsLeaveAllOthersAsTheyWere) {
   EXPECT_GE(added, deleted / 2) << deleted;
 }
 
-// Another reader counts and exports what was written.
-std::string Output(const std::string& command) {
-  std::string output;
-  std::FILE* const pipe = ::popen(command.c_str(), "r");
-  std::array<char, 4096> part;
-  while (const std::size_t size = std::fread(part.data(), 1, part.size(), pipe)) output.append(part.data(), size);
-  return ::pclose(pipe) == 0 ? output : "failed: " + output;
-}
-
 class WritableForum : public WritableSample {};
 
 TEST_P(WritableForum, AnotherReaderSeesTheSameRows) {
-  if (std::system("command -v mdb-count mdb-export >/dev/null") != 0) GTEST_SKIP() << "mdbtools are not installed";
+  if (!mdbtools::AreInstalled()) GTEST_SKIP() << "mdbtools are not installed";
   Database base = Database::Open(files, path, Access::kReadWrite);
   const Table table = base.OpenTable("База"_ru);
   Transaction transaction(base.store());
@@ -162,11 +152,10 @@ TEST_P(WritableForum, AnotherReaderSeesTheSameRows) {
 
   const std::uint32_t rows = table.CountRows();
   EXPECT_EQ(table.ExpectedRows(), rows);
-  EXPECT_EQ(Output("LC_ALL=C.UTF-8 MDB_JET3_CHARSET=cp1251 mdb-count '" + path + "' База"),
-            std::to_string(rows) + "\n");
+  EXPECT_EQ(mdbtools::Output("mdb-count '" + path + "' База"), std::to_string(rows) + "\n");
 
-  std::istringstream exported(Output("LC_ALL=C.UTF-8 MDB_JET3_CHARSET=cp1251 mdb-export -H -Q -d '|' -R ';;;\n' '" +
-                                     path + "' База | grep -a '^8000' | sort"));
+  std::istringstream exported(
+      mdbtools::Output("mdb-export -H -Q -d '|' -R ';;;\n' '" + path + "' База | grep -a '^8000' | sort"));
   std::int32_t number = 8'000'000;
   for (std::string line; std::getline(exported, line); ++number) {
     const std::string body(static_cast<std::size_t>(number % 100 * 90 + 1), 'x');

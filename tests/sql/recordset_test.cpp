@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/error.h"
+#include "support/error_of.h"
 #include "test_base.h"
 
 namespace sql {
@@ -23,15 +24,6 @@ Recordset Open(SourceCatalog& catalog, std::string_view utf8, RecordsetKind kind
 class RecordsetOfKind : public testing::TestWithParam<RecordsetKind> {
  protected:
   Recordset Open(std::string_view utf8) { return sql::Open(forum_, utf8, GetParam()); }
-  template <typename Action>
-  static int ErrorOf(Action action) {
-    try {
-      action();
-      return 0;
-    } catch (const Error& e) {
-      return e.number();
-    }
-  }
   TestCatalog forum_ = Forum();
 };
 INSTANTIATE_TEST_SUITE_P(Recordset, RecordsetOfKind,

@@ -10,6 +10,7 @@
 #include "jet/create.h"
 #include "jet/table_design.h"
 #include "sql/connection.h"
+#include "support/error_of.h"
 #include "support/faulty_file.h"
 #include "support/fixed_clock.h"
 
@@ -38,16 +39,5 @@ std::vector<std::string> Messages(Connection& connection);
 /// Adds a row with the fields that a message cannot do without, and these.
 void Add(Recordset& rows, std::int32_t number,
          std::initializer_list<std::pair<std::string_view, jet::Value>> fields = {});
-
-/// The number of the error that an action throws, 0 = none.
-template <typename Action>
-int ErrorOf(Action action) {
-  try {
-    action();
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
-}
 
 }  // namespace sql

@@ -12,6 +12,7 @@
 #include "store/base_edits.h"
 #include "store/message_rows.h"
 #include "store/new_base.h"
+#include "support/error_of.h"
 #include "support/fixed_clock.h"
 #include "support/temp_folder.h"
 
@@ -30,16 +31,6 @@ class NewBaseTest : public testing::TestWithParam<jet::Version> {
     records.SetNumber("Код"_ru, number);
     records.Update();
   }
-  template <typename Action>
-  static int ErrorOf(Action action) {
-    try {
-      action();
-      return 0;
-    } catch (const Error& error) {
-      return error.number();
-    }
-  }
-
   TempFolder folder_;
   DiskFileSystem files_;
   FixedClock clock_{2002, 3, 15};

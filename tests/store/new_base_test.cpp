@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string>
 
 #include "base/ru_literal.h"
@@ -13,6 +11,7 @@
 #include "jet/transaction.h"
 #include "store/message_base.h"
 #include "support/fixed_clock.h"
+#include "support/mdbtools.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -20,17 +19,6 @@ namespace {
 constexpr jet::NewBase kKinds[] = {{jet::Version::kJet3, jet::SortOrder::kGeneral},
                                    {jet::Version::kJet3, jet::SortOrder::kRussian},
                                    {jet::Version::kJet4, jet::SortOrder::kGeneral}};
-
-std::string OutputOf(const std::string& command) {
-  std::FILE* const pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return {};
-  std::string output;
-  std::array<char, 4096> piece;
-  for (std::size_t read; (read = std::fread(piece.data(), 1, piece.size(), pipe)) > 0;)
-    output.append(piece.data(), read);
-  ::pclose(pipe);
-  return output;
-}
 
 class NewBase : public testing::TestWithParam<jet::NewBase> {
  protected:
@@ -81,21 +69,20 @@ TEST_P(NewBase, OpensAsABaseAndTakesEmptyTexts) {
 }
 
 TEST_P(NewBase, IndependentReadersFindWhatWasWritten) {
-  if (OutputOf("command -v mdb-export").empty()) GTEST_SKIP() << "mdbtools is not installed";
+  if (!mdbtools::AreInstalled()) GTEST_SKIP() << "mdbtools is not installed";
   Fill();
   const bool jet3 = GetParam().version == jet::Version::kJet3;
   const std::string base = " '" + path_ + "' ";
-  const std::string icu = "LC_ALL=C.UTF-8 MDB_JET3_CHARSET=cp1251 ";  // whatever the machine's locale is
-  EXPECT_EQ(OutputOf("mdb-ver" + base), jet3 ? "JET3\n" : "JET4\n");
-  EXPECT_EQ(OutputOf(icu + "mdb-tables -1" + base), "База\n");
-  EXPECT_EQ(OutputOf(icu + "mdb-count" + base + "База"), "300\n");
-  const std::string schema = OutputOf(icu + "mdb-schema --indexes" + base + "postgres");
+  EXPECT_EQ(mdbtools::Output("mdb-ver" + base), jet3 ? "JET3\n" : "JET4\n");
+  EXPECT_EQ(mdbtools::Output("mdb-tables -1" + base), "База\n");
+  EXPECT_EQ(mdbtools::Output("mdb-count" + base + "База"), "300\n");
+  const std::string schema = mdbtools::Output("mdb-schema --indexes" + base + "postgres");
   EXPECT_NE(schema.find("\"картинка\""), std::string::npos) << schema;
   EXPECT_NE(schema.find("PRIMARY KEY (\"код\")"), std::string::npos) << schema;
-  const std::string queries = OutputOf(icu + "mdb-queries -L -1" + base);
+  const std::string queries = mdbtools::Output("mdb-queries -L -1" + base);
   EXPECT_NE(queries.find("БазаИндекс"), std::string::npos) << queries;
   EXPECT_NE(queries.find("БазаЗапрос"), std::string::npos) << queries;
-  const std::string rows = OutputOf(icu + "mdb-export -H" + base + "База");
+  const std::string rows = mdbtools::Output("mdb-export -H" + base + "База");
   EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 300);
   EXPECT_NE(rows.find("300,150,\"" + std::string(255, 'x') + "\""), std::string::npos);
   EXPECT_NE(rows.find(std::string(9000, 'y')), std::string::npos);

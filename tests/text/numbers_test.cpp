@@ -7,19 +7,9 @@
 
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "support/error_of.h"
 
 namespace {
-
-// The number of the error that `action` ends in, 0 when it ends well.
-template <typename Action>
-int ErrorOf(const Action& action) {
-  try {
-    action();
-    return 0;
-  } catch (const Error& error) {
-    return error.number();
-  }
-}
 
 TEST(LenientNumber, ReadsAsFarAsItCan) {
   const struct {
