@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <utility>
 
 #include "base/cat.h"
@@ -187,6 +188,23 @@ void DiskFileSystem::SyncFolderOf(const std::string& path) {
 std::string DiskFileSystem::RealPath(const std::string& path) const {
   const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
   return real == nullptr ? path : real.get();
+}
+
+std::optional<FileStamp> FileSystem::Stamp(const std::string&) const { return std::nullopt; }
+
+std::optional<FileStamp> DiskFileSystem::Stamp(const std::string& path) const {
+  constexpr std::int64_t kSecond = 1'000'000'000, kCoarsestClock = 2 * kSecond;  // that of memory cards
+  const auto nanoseconds = [](const timespec& time) { return std::int64_t{time.tv_sec} * kSecond + time.tv_nsec; };
+  struct stat info {};
+  timespec now{};
+  if (::stat(path.c_str(), &info) != 0 || ::clock_gettime(CLOCK_REALTIME, &now) != 0) return std::nullopt;
+  const FileStamp stamp = {.device = info.st_dev,
+                           .file = info.st_ino,
+                           .size = static_cast<std::uint64_t>(info.st_size),
+                           .written = nanoseconds(info.st_mtim),
+                           .changed = nanoseconds(info.st_ctim)};
+  const bool settled = nanoseconds(now) - std::max(stamp.written, stamp.changed) > kCoarsestClock;
+  return settled ? std::optional(stamp) : std::nullopt;
 }
 
 void MemoryFile::ReadAt(std::uint64_t offset, MutableBytes to) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,6 +44,13 @@ enum class OpenMode {
   kCreate,  // for reading and writing; the file must not exist yet
 };
 
+/// What a file was like: two equal stamps mean that nobody has changed it between them.
+struct FileStamp {
+  std::uint64_t device = 0, file = 0, size = 0;  // bytes
+  std::int64_t written = 0, changed = 0;         // nanoseconds of the system's clock
+  friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
 /// The names of files: the only way of the engine to the disk. Paths are the file system's own
 /// bytes. Failures throw FileError with a Russian text that names the path.
 class FileSystem {
@@ -59,6 +67,9 @@ class FileSystem {
   /// The name behind symbolic links, one and the same for all who open the file; `path` itself when
   /// there is no such file.
   virtual std::string RealPath(const std::string& path) const { return path; }
+  /// @return none when there is no such file, when it changed so lately that another change could leave the
+  ///         stamp as it is, and where files have no stamps
+  virtual std::optional<FileStamp> Stamp(const std::string& path) const;
 };
 
 class DiskFileSystem : public FileSystem {
@@ -69,6 +80,7 @@ class DiskFileSystem : public FileSystem {
   void Rename(const std::string& from, const std::string& to) override;
   void SyncFolderOf(const std::string& path) override;
   std::string RealPath(const std::string& path) const override;
+  std::optional<FileStamp> Stamp(const std::string& path) const override;
 };
 
 /// A file in memory, for tests and for bytes that never touch the disk.

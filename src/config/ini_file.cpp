@@ -9,6 +9,7 @@
 #include "base/cat.h"
 #include "base/cp1251.h"
 #include "base/error.h"
+#include "config/paths.h"
 
 namespace mdl_AZ {
 namespace {
@@ -90,13 +91,17 @@ std::string_view WithoutQuotes(std::string_view value) {
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-std::optional<std::string_view> FindValue(std::string_view content, std::string_view section, std::string_view key) {
+std::optional<std::string> FindValue(std::string_view content, std::string_view section, std::string_view key) {
   const std::vector<Line> lines = LinesOf(content);
   const auto found = FindSection(lines, section);
   if (!found) return std::nullopt;
   const auto line = FindKey(lines, *found, key);
   if (!line) return std::nullopt;
-  return WithoutQuotes(ParseKey(lines[*line].text)->value);
+  return std::string(WithoutQuotes(ParseKey(lines[*line].text)->value).substr(0, kLongestValue));
+}
+
+std::string ValueOr(const std::optional<std::string>& value, std::string_view missing) {
+  return value ? *value : std::string(missing.substr(0, missing.find_last_not_of(' ') + 1).substr(0, kLongestValue));
 }
 
 /// A last line may lack its end; what is put behind it must not run into it.
@@ -131,14 +136,34 @@ std::string WithKey(std::string_view content, std::string_view section, std::str
 
 std::string ReadIni(FileSystem& files, const std::string& path, std::string_view section, std::string_view key,
                     std::string_view missing) {
-  const std::string_view otherwise = missing.substr(0, missing.find_last_not_of(' ') + 1);
   try {
-    const std::string content = ReadWholeFile(files, path, kLargestFile);
-    const std::string_view value = FindValue(content, section, key).value_or(otherwise);
-    return std::string(value.substr(0, kLongestValue));
+    return ValueOr(FindValue(ReadWholeFile(files, path, kLargestFile), section, key), missing);
   } catch (const FileError&) {
-    return std::string(otherwise.substr(0, kLongestValue));
+    return ValueOr(std::nullopt, missing);
   }
+}
+
+std::string IniReader::Read(std::string_view section, std::string_view key, std::string_view missing) {
+  if (!Refresh()) return ReadIni(files_, paths::Resolve(path_), section, key, missing);
+  const std::string name = Cat(section, "\n", key);
+  const auto known = found_.find(name);
+  return ValueOr(known != found_.end() ? known->second : found_[name] = FindValue(content_, section, key), missing);
+}
+
+// @return whether content_ is what the file holds
+bool IniReader::Refresh() {
+  const std::optional<FileStamp> stamp = files_.Stamp(path_);
+  if (stamp && stamp == stamp_) return true;
+  stamp_.reset();
+  found_.clear();
+  if (!stamp) return false;
+  try {
+    content_ = ReadWholeFile(files_, path_, kLargestFile);
+  } catch (const FileError&) {
+    return false;
+  }
+  stamp_ = stamp;
+  return true;
 }
 
 bool WriteIni(FileSystem& files, const std::string& path, std::string_view section, std::string_view key,

@@ -6,7 +6,6 @@
 #include "base/cat.h"
 #include "base/cp1251.h"
 #include "base/error.h"
-#include "config/ini_file.h"
 #include "config/paths.h"
 #include "text/dates.h"
 #include "text/numbers.h"
@@ -14,12 +13,14 @@
 namespace mdl_AZ {
 
 ForumIni::ForumIni(FileSystem& files, std::string program_folder)
-    : files_(files), program_folder_(std::move(program_folder)) {}
+    : files_(files), program_folder_(std::move(program_folder)), reader_(files, Path()) {}
 
-std::string ForumIni::ForumIniPath() const { return paths::Resolve(paths::Join(program_folder_, "forum.ini")); }
+std::string ForumIni::ForumIniPath() const { return paths::Resolve(Path()); }
+
+std::string ForumIni::Path() const { return paths::Join(program_folder_, "forum.ini"); }
 
 std::string ForumIni::Read(std::string_view section, std::string_view key, std::string_view missing) const {
-  return ReadIni(files_, ForumIniPath(), section, key, missing);
+  return reader_.Read(section, key, missing);
 }
 
 void ForumIni::Write(std::string_view section, std::string_view key, std::string_view value) const {

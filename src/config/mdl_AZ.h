@@ -6,14 +6,14 @@
 
 #include "base/clock.h"
 #include "base/file.h"
+#include "config/ini_file.h"
 
 /// The installation's settings, forum.ini, and its log, forum.log, both in the program folder.
 namespace mdl_AZ {
 
-/// forum.ini. Texts are Windows-1251. Nothing is kept: every call reads the file, so that an edit
-/// made outside counts at once. An accessor named Get... that finds its key empty writes the default
-/// into the file, so that a file fills up with every setting in use; a file that cannot be written
-/// changes nothing else.
+/// forum.ini. Texts are Windows-1251. An edit made outside counts at once. An accessor named Get... that finds its key
+/// empty writes the default into the file, so that a file fills up with every setting in use; a file that cannot be
+/// written changes nothing else. Not for several threads.
 class ForumIni {
  public:
   /// @param files           outlives this object
@@ -49,9 +49,11 @@ class ForumIni {
   std::string Read(std::string_view section, std::string_view key, std::string_view missing) const;
   void Write(std::string_view section, std::string_view key, std::string_view value) const;
   std::string OwnFolderText() const;
+  std::string Path() const;
 
   FileSystem& files_;
   std::string program_folder_;
+  mutable IniReader reader_;  // remembers, which nobody sees
 };
 
 /// The one writer of forum.log.
