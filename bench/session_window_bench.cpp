@@ -22,6 +22,7 @@
 #include "base/ru_literal.h"
 #include "demo_forum/demo_pages.h"
 #include "download/ui/http_fetcher.h"
+#include "download/ui/qt_alarm.h"
 #include "download/ui/tcp_socket.h"
 #include "download_configured/ui/frmDownload2.h"
 #include "download_fixed/ui/frmDownload.h"
@@ -114,6 +115,7 @@ int main(int argc, char** argv) {
   QtDialogs dialogs;
   HttpFetcher inet;
   TcpSocket Winsock;
+  QtAlarm alarm;
   MessageRecord message;
   message.Тема = "О курсе"_ru;
   message.Автор = "Ваня"_ru;
@@ -125,7 +127,7 @@ int main(int argc, char** argv) {
     CreateMessageBase(files, path, {}, clock);
     base.OpenBase(path);
     server.Serve(demo_pages::MessagePage(kind, message));
-    const DownloadNeeds needs{base, ini, log, clock, dialogs, inet};
+    const DownloadNeeds needs{base, ini, log, clock, dialogs, inet, alarm};
     if (kind == "kdv") {
       frmDownload window(needs, Winsock);
       Measure(window, "frmDownload", pages);

@@ -9,6 +9,7 @@
 #include "config/ui/frmOpen.h"
 #include "config/ui/frmProperties.h"
 #include "download/ui/http_fetcher.h"
+#include "download/ui/qt_alarm.h"
 #include "download/ui/tcp_socket.h"
 #include "export/ui/export_command.h"
 #include "ui/frmAbout.h"
@@ -41,7 +42,8 @@ void Application::OpenBaseDialog(KDVExplorer& explorer, bool days_in_focus) {
 void Application::Download(KDVExplorer& explorer) {
   HttpFetcher inet;
   TcpSocket Winsock;
-  DownloadMessages(explorer, {ini_, log_, clock_, dialogs_, inet, Winsock});
+  QtAlarm alarm;
+  DownloadMessages(explorer, {ini_, log_, clock_, dialogs_, inet, Winsock, alarm});
 }
 
 void Application::Properties(KDVExplorer& explorer) {

@@ -14,7 +14,7 @@
 namespace {
 
 void OpenWindow(KDVExplorer& explorer, const DownloadTools& tools) {
-  const DownloadNeeds needs{explorer.Base(), tools.ini, tools.log, tools.clock, tools.dialogs, tools.inet};
+  const DownloadNeeds needs{explorer.Base(), tools.ini, tools.log, tools.clock, tools.dialogs, tools.inet, tools.alarm};
   std::vector<std::int32_t> stored;
   std::optional<std::int32_t> to_read;
   const auto run = [&](DownloadWindow&& window) {

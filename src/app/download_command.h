@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 #include "config/mdl_AZ.h"
+#include "download/alarm.h"
 #include "download/page_fetcher.h"
 #include "download/page_socket.h"
 #include "explorer/ui/KDVExplorer.h"
@@ -15,6 +16,7 @@ struct DownloadTools {
   Dialogs& dialogs;
   PageFetcher& inet;
   PageSocket& Winsock;
+  Alarm& alarm;
 };
 
 /// Shows the download window of the open base's forum; when it has closed, the main window shows what is new. Tells

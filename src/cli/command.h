@@ -16,7 +16,6 @@
 #include "base/error.h"
 #include "base/file.h"
 #include "cli/tool.h"
-#include "download/page_fetcher.h"
 
 /// The parts of kdvbase. Everything printed, and every literal here, is UTF-8; errors carry
 /// Windows-1251 as everywhere.
@@ -56,7 +55,7 @@ struct Context {
   std::ostream& errors;  // for what does not end the command
   FileSystem& files;
   const Clock& clock;
-  const FetcherFactory& make_fetcher;  // may be empty
+  const NetworkFactory& make_network;  // may be empty
   bool on_terminal = false;
   int status = kDone;  // of a command that ends without an Error
 };

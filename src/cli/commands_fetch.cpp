@@ -11,6 +11,7 @@
 #include "cli/fetch_view.h"
 #include "cli/interrupt.h"
 #include "config/mdl_AZ.h"
+#include "download/grouped_records.h"
 #include "download_configured/configured_page.h"
 #include "download_configured/configured_session.h"
 #include "download_fixed/fixed_session.h"
@@ -93,13 +94,14 @@ void Fetch(const Arguments& arguments, Context& context) {
   MessageBase base(context.files, context.clock, ini);
   base.OpenBase(arguments[0]);
   RequireDownloads(ini, base.forum_kind());
-  const std::unique_ptr<PageFetcher> network = context.make_fetcher ? context.make_fetcher() : nullptr;
+  const std::unique_ptr<Network> network = context.make_network ? context.make_network() : nullptr;
   if (network == nullptr)
     throw Error(error_number::kNoSuchItem, "Эта kdvbase собрана без Qt и не умеет загружать страницы"_ru);
-  StatelessFetcher fetcher(*network);
-  BaseRecordset records(base);
+  StatelessFetcher fetcher(network->pages());
+  BaseRecordset rows(base);
   const Interrupt interrupt;
-  FetchView view(context.out, context.on_terminal, records, interrupt);
+  FetchView view(context.out, context.on_terminal, rows, interrupt);
+  GroupedRecords records(rows, network->alarm(), [&view](const SettledRows& settled) { view.Settle(settled); });
   RunSession({base.forum_kind(), base.host(), records, fetcher, view, ini, log, context.clock}, range);
   Report(view, context);
 }

@@ -2,6 +2,8 @@
 
 #include <poll.h>
 
+#include <algorithm>
+
 #include "base/cat.h"
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
@@ -15,6 +17,7 @@ namespace {
 
 // The words of a stored row that holds less than its page, and of a page that gave no row.
 constexpr std::string_view kNotImported = "Пропущен"_ru;
+constexpr std::string_view kNotReceived = "не получено: "_ru;
 
 bool IsWordOfCourse(std::string_view hint) { return hint == kIdleHint || hint == kWaitHint || hint == kNothingNewHint; }
 
@@ -55,34 +58,50 @@ void FetchView::ProcessEvents() {
 }
 
 void FetchView::EndRow() {
-  Print(Outcome());
+  untold_.push_back(OutcomeOf(row_));
   row_ = {};
+  PrintCertain();
 }
 
-std::string FetchView::Outcome() {
-  if (row_.icon == row_icon::kSkipped) {
-    ++totals_.already_there;
-    return std::string("уже есть в базе"_ru);
-  }
-  if (records_.msgExist(row_.number)) {
-    ++totals_.stored;
-    return Cat("записано: "_ru, row_.subject, " - ", row_.author);
-  }
-  if (row_.icon == row_icon::kNotFound && row_.status != kNotImported) {
-    ++totals_.absent;
-    return std::string("нет такого сообщения"_ru);
-  }
-  ++totals_.failed;
-  return Cat("не получено: "_ru, text::Trim(row_.status));
+FetchView::Outcome FetchView::OutcomeOf(const Row& row) const {
+  if (row.icon == row_icon::kSkipped) return {row.number, &Totals::already_there, std::string("уже есть в базе"_ru)};
+  if (records_.msgExist(row.number))
+    return {row.number, &Totals::stored, Cat("записано: "_ru, row.subject, " - ", row.author), row.stored};
+  if (row.icon == row_icon::kNotFound && row.status != kNotImported)
+    return {row.number, &Totals::absent, std::string("нет такого сообщения"_ru)};
+  return {row.number, &Totals::failed, Cat(kNotReceived, text::Trim(row.status))};
 }
 
-void FetchView::Print(const std::string& outcome) {
+void FetchView::Settle(const SettledRows& settled) {
+  const auto untold = [this](std::int32_t number) {
+    return std::find_if(untold_.begin(), untold_.end(),
+                        [number](const Outcome& outcome) { return !outcome.certain && outcome.number == number; });
+  };
+  for (const std::int32_t number : settled.stored) {
+    if (const auto outcome = untold(number); outcome != untold_.end()) outcome->certain = true;
+    if (number == row_.number) row_.stored = true;
+  }
+  for (const LostRow& row : settled.lost)
+    if (const auto outcome = untold(row.number); outcome != untold_.end())
+      *outcome = {row.number, &Totals::failed, Cat(kNotReceived, row.reason)};
+  PrintCertain();
+}
+
+// The lines keep the order of the session.
+void FetchView::PrintCertain() {
+  for (; !untold_.empty() && untold_.front().certain; untold_.pop_front()) {
+    ++(totals_.*untold_.front().counter);
+    Print(untold_.front());
+  }
+  out_.flush();
+}
+
+void FetchView::Print(const Outcome& outcome) {
   if (on_terminal_)
-    out_ << cp1251::ToUtf8(Cat("\r\033[K", percent_, " %  № "_ru, row_.number, "  записано "_ru, totals_.stored,
+    out_ << cp1251::ToUtf8(Cat("\r\033[K", percent_, " %  № "_ru, outcome.number, "  записано "_ru, totals_.stored,
                                ", нет на форуме "_ru, totals_.absent, ", не получено "_ru, totals_.failed));
   else
-    out_ << row_.number << ' ' << OneLine(outcome) << '\n';
-  out_.flush();
+    out_ << outcome.number << ' ' << OneLine(outcome.text) << '\n';
 }
 
 void FetchView::StopIfAsked() {

@@ -1,18 +1,21 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
 
 #include "cli/interrupt.h"
+#include "download/grouped_records.h"
 #include "download/session_view.h"
 #include "store/query_recordset.h"
 
 namespace cli {
 
 /// A download session as lines of text: one for every number, or, on a terminal, one line that tells how far it is.
+/// What is told as stored is on the disk.
 class FetchView : public SessionView {
  public:
   struct Totals {
@@ -25,6 +28,9 @@ class FetchView : public SessionView {
 
   /// Called between two numbers when the user asks to stop; stops the session.
   void OnInterrupt(std::function<void()> stop) { stop_ = std::move(stop); }
+
+  /// What became of rows of the session.
+  void Settle(const SettledRows& settled);
 
   const Totals& totals() const { return totals_; }
   /// Did the session end before its last number because it was asked to?
@@ -62,12 +68,21 @@ class FetchView : public SessionView {
   struct Row {
     std::int32_t number = 0;
     int icon = 0;
+    bool stored = false;  // for certain
     std::string author, subject, status;
+  };
+  /// What became of a number.
+  struct Outcome {
+    std::int32_t number;
+    int Totals::*counter;
+    std::string text;
+    bool certain = true;
   };
 
   void EndRow();
-  std::string Outcome();
-  void Print(const std::string& outcome);
+  Outcome OutcomeOf(const Row& row) const;
+  void PrintCertain();
+  void Print(const Outcome& outcome);
   void StopIfAsked();
 
   std::ostream& out_;
@@ -76,7 +91,8 @@ class FetchView : public SessionView {
   const Interrupt& interrupt_;
   std::function<void()> stop_;
   Row row_;
-  Totals totals_;
+  std::deque<Outcome> untold_;  // in the order of the session
+  Totals totals_;               // of what was told
   std::string problem_;
   int percent_ = 0;
   int retries_ = 0;  // of the number under way

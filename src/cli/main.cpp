@@ -14,7 +14,7 @@ int main(int count, char** words) {
   const SystemClock clock;
   try {
     return cli::RunTool(std::vector<std::string>(words + 1, words + count), std::cout, std::cerr, files, clock,
-                        cli::MakePageFetcher, ::isatty(STDOUT_FILENO) == 1);
+                        cli::MakeNetwork, ::isatty(STDOUT_FILENO) == 1);
   } catch (const std::exception& e) {
     std::cerr << "kdvbase: " << e.what() << '\n';
     return 1;

@@ -2,11 +2,20 @@
 
 #include <memory>
 
+#include "download/alarm.h"
 #include "download/page_fetcher.h"
 
 namespace cli {
 
-/// Where a command gets its pages from. @return null in a build that has no network
-std::unique_ptr<PageFetcher> MakePageFetcher();
+/// Where a command gets its pages from, and the event loop that runs meanwhile.
+class Network {
+ public:
+  virtual ~Network() = default;
+  virtual PageFetcher& pages() = 0;
+  virtual Alarm& alarm() = 0;
+};
+
+/// @return null in a build that has no network
+std::unique_ptr<Network> MakeNetwork();
 
 }  // namespace cli

@@ -1,3 +1,3 @@
 #include "cli/network.h"
 
-std::unique_ptr<PageFetcher> cli::MakePageFetcher() { return nullptr; }
+std::unique_ptr<cli::Network> cli::MakeNetwork() { return nullptr; }

@@ -56,7 +56,7 @@ void PrintError(std::ostream& errors, const Error& error) {
 }  // namespace
 
 int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream& errors, FileSystem& files,
-            const Clock& clock, const FetcherFactory& make_fetcher, bool on_terminal) {
+            const Clock& clock, const NetworkFactory& make_network, bool on_terminal) {
   if (words.empty()) {
     PrintHelp(errors);
     return kMisused;
@@ -72,7 +72,7 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
   if (words[0] == kDataDir && words.size() > 2) {  // it may stand before the command too
     std::vector<std::string> reordered{words[2], words[0], words[1]};
     reordered.insert(reordered.end(), words.begin() + 3, words.end());
-    return RunTool(reordered, out, errors, files, clock, make_fetcher, on_terminal);
+    return RunTool(reordered, out, errors, files, clock, make_network, on_terminal);
   }
   try {
     const Command command = FindCommand(words[0]);
@@ -81,7 +81,7 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
       PrintHelp(out, command);
       return kDone;
     }
-    Context context{out, errors, files, clock, make_fetcher, on_terminal};
+    Context context{out, errors, files, clock, make_network, on_terminal};
     RunCommand(command, rest, context);
     return context.status;
   } catch (const UsageError& e) {

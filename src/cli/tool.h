@@ -8,17 +8,17 @@
 
 #include "base/clock.h"
 #include "base/file.h"
-#include "download/page_fetcher.h"
+#include "cli/network.h"
 
 namespace cli {
 
-/// Makes what pages are fetched with, for commands that do; null when there is no network.
-using FetcherFactory = std::function<std::unique_ptr<PageFetcher>()>;
+/// For commands that fetch pages; makes null when there is no network.
+using NetworkFactory = std::function<std::unique_ptr<Network>()>;
 
 /// Runs the tool with the words of its command line, the program's name left out; everything is UTF-8.
 /// @param on_terminal  does somebody look at `out`?
 /// @return the exit status: 0 done, 1 failed (the reason on `errors`), 2 misused, 3 stopped by the user
 int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream& errors, FileSystem& files,
-            const Clock& clock, const FetcherFactory& make_fetcher = {}, bool on_terminal = false);
+            const Clock& clock, const NetworkFactory& make_network = {}, bool on_terminal = false);
 
 }  // namespace cli

@@ -59,7 +59,6 @@ void ShowIdle(SessionView& view) {
 }
 
 void Printstatus(SessionView& view, std::string_view text) {
-  constexpr std::uint32_t kRed = 255;
   view.SetCell(row_column::kStatus, text);
   view.SetIcon(row_icon::kStatus);
   view.SetColour(kRed);

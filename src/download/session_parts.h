@@ -16,6 +16,9 @@ namespace row_icon {
 inline constexpr int kLoaded = 1, kFetching = 5, kNoConnection = 9, kSkipped = 13, kStatus = 15, kNotFound = 16;
 }
 
+/// Of the texts of rows that failed, as 00BBGGRR.
+inline constexpr std::uint32_t kRed = 0x0000FF;
+
 /// Columns of a row behind its own text.
 namespace row_column {
 inline constexpr int kNumber = 1, kAuthor = 2, kSubject = 3, kDate = 4, kStatus = 5;

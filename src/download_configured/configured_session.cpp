@@ -25,6 +25,7 @@ void ConfiguredSession::cmdDownload_Click(const RangeChoice& choice) {
   } catch (const Error& error) {
     ReportBroken(error);
   }
+  with_.records.Flush();
 }
 
 void ConfiguredSession::cmdCancelDL_Click() {

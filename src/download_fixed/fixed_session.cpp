@@ -18,6 +18,7 @@ void FixedSession::cmdDownload_Click(std::string_view kind, const RangeChoice& c
   } catch (const Error& error) {
     ReportBroken(error);
   }
+  with_.records.Flush();
   if (UnloadRequested_) with_.view.Close();
 }
 

@@ -8,7 +8,7 @@
 
 /// The updatable recordset over the saved query БазаЗапрос that a download keeps open: look-ups see
 /// the rows that it added. A row under way is dropped by Cancel, a second AddNew or the end of the
-/// object, and nothing of it is stored before Update returns.
+/// object, and nothing of it is stored before Update.
 class QueryRecordset {
  public:
   virtual ~QueryRecordset() = default;
@@ -26,10 +26,12 @@ class QueryRecordset {
   virtual void SetText(std::string_view field, std::string_view text) = 0;
   virtual void SetNumber(std::string_view field, std::int32_t number) = 0;
   virtual void SetDate(std::string_view field, OleDate date) = 0;
-  /// Stores the row; when it returns the row is on the disk. @throws DuplicateKey, FileError, Error
-  /// 3314 for a required field; the base is then as it was
+  /// Stores the row; when it returns the row is on the disk, unless the recordset says otherwise.
+  /// @throws DuplicateKey, FileError, Error 3314 for a required field; the base is then as it was
   virtual void Update() = 0;
   virtual void Cancel() = 0;
+  /// When it returns, all rows that Update took are on the disk, or whoever made the recordset knows which are not.
+  virtual void Flush() noexcept {}
 };
 
 /// A recordset whose rows can go on the disk together: a disk that writes a hundred separate rows a second

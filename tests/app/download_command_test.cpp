@@ -12,6 +12,7 @@
 
 #include "base/cat.h"
 #include "base/ru_literal.h"
+#include "download/ui/qt_alarm.h"
 #include "download/ui/tcp_socket.h"
 #include "store/new_base.h"
 #include "support/fixed_clock.h"
@@ -46,7 +47,7 @@ struct Stage {
       if (in_window) in_window(*window);
       window->close();
     });
-    DownloadMessages(explorer, {ini, log, clock, dialogs, inet, Winsock});
+    DownloadMessages(explorer, {ini, log, clock, dialogs, inet, Winsock, alarm});
     QCoreApplication::processEvents();
   }
 
@@ -62,6 +63,7 @@ struct Stage {
   Script script;
   ScriptedFetcher inet{script};
   TcpSocket Winsock;
+  QtAlarm alarm;
   std::string shown;  // the object name of the window
 };
 

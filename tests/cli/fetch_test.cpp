@@ -5,12 +5,17 @@
 #include <signal.h>
 
 #include <functional>
+#include <span>
 
 #include "base/cat.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
 #include "cli/run_tool.h"
 #include "demo_forum/demo_pages.h"
+#include "store/new_base.h"
+#include "support/faulty_file.h"
+#include "support/fixed_clock.h"
+#include "support/hand_alarm.h"
 #include "support/temp_folder.h"
 
 namespace cli {
@@ -45,6 +50,14 @@ std::string KdvPage(std::string_view subject) {
   return demo_pages::KdvPage(message);
 }
 
+struct PagesNetwork : Network {
+  explicit PagesNetwork(const Pages::Page& page) : fetcher(page) {}
+  PageFetcher& pages() override { return fetcher; }
+  Alarm& alarm() override { return hand; }
+  Pages fetcher;
+  HandAlarm hand;
+};
+
 class FetchCommand : public testing::Test {
  protected:
   FetchCommand() {
@@ -55,12 +68,15 @@ class FetchCommand : public testing::Test {
   }
   Outcome Fetch(const Pages::Page& page, std::vector<std::string> words, bool on_terminal = false) {
     words.insert(words.begin(), {"fetch", "--data-dir", folder_ / "program"});
-    std::ostringstream out, errors;
     DiskFileSystem files;
+    return Run(files, page, words, on_terminal);
+  }
+  static Outcome Run(FileSystem& files, const Pages::Page& page, std::span<const std::string> words, bool on_terminal) {
+    std::ostringstream out, errors;
     const FixedClock clock(2002, 3, 15);
     Outcome outcome;
-    const FetcherFactory make = [&] { return std::make_unique<Pages>(page); };
-    outcome.status = RunTool(words, out, errors, files, clock, page ? make : FetcherFactory(), on_terminal);
+    const NetworkFactory make = [&] { return std::make_unique<PagesNetwork>(page); };
+    outcome.status = RunTool(words, out, errors, files, clock, page ? make : NetworkFactory(), on_terminal);
     outcome.out = out.str();
     outcome.errors = errors.str();
     return outcome;
@@ -104,6 +120,22 @@ TEST_F(FetchCommand, StopsBetweenTwoMessages) {
     EXPECT_THAT(outcome.out, HasSubstr("Остановлено пользователем"));
   }
   EXPECT_EQ(Numbers(), "[1]\n[2]\n[11]\n[12]\n") << "the page that was coming when the signal came is stored";
+}
+
+TEST_F(FetchCommand, TellsNoMessageAsStoredThatTheBaseRefusesInTheEnd) {
+  FaultyFileSystem files;
+  files.SetContent("/p/forum.ini", "[FORUMS]\r\nmax=1\r\nf1=kdv\r\n[LOG]\r\nIsLog=0\r\n[kdv]\r\nStopDownLoad=0\r\n");
+  CreateMessageBase(files, "/p/kdv.mdb", {}, FixedClock(2002, 3, 15));
+  const auto pages = [&](std::string_view url) {
+    if (!url.ends_with("/3.html")) return KdvPage("О курсе"_ru);
+    files.FailAt(1, FaultyFileSystem::Fault::kFail, FaultyFileSystem::Lasting::kFromThenOn);
+    return demo_pages::NotFoundPage("kdv");
+  };
+  const std::vector<std::string> words = {"fetch", "--data-dir", "/p", "/p/kdv.mdb", "--from=1", "--to=3"};
+  const Outcome outcome = Run(files, pages, words, false);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.out, testing::ContainsRegex("1 записано: [^\n]*\n2 не получено: Изменения не записаны[^\n]*\n"
+                                                  "3 нет такого сообщения\nЗаписано сообщений: 1,"));
 }
 
 TEST_F(FetchCommand, SaysWhyThereIsNothingToDo) {

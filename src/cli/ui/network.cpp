@@ -1,21 +1,18 @@
 #include "cli/network.h"
 
 #include <QCoreApplication>
-#include <string>
-#include <string_view>
-#include <utility>
 
 #include "download/ui/http_fetcher.h"
+#include "download/ui/qt_alarm.h"
 
 namespace cli {
 namespace {
 
-/// Brings along the event loop that the transfer needs: a tool has no other use for one.
-class NetworkFetcher : public PageFetcher {
+/// Brings along the event loop that transfers need: a tool has no other use for one.
+class QtNetwork : public Network {
  public:
-  std::string OpenUrl(std::string_view url, std::int32_t timeout) override { return fetcher_.OpenUrl(url, timeout); }
-  void Cancel() override { fetcher_.Cancel(); }
-  void OnStateChanged(StateChanged told) override { fetcher_.OnStateChanged(std::move(told)); }
+  PageFetcher& pages() override { return fetcher_; }
+  Alarm& alarm() override { return alarm_; }
 
  private:
   int count_ = 1;
@@ -23,10 +20,11 @@ class NetworkFetcher : public PageFetcher {
   char* words_[2] = {name_, nullptr};
   QCoreApplication application_{count_, words_};
   HttpFetcher fetcher_;
+  QtAlarm alarm_;
 };
 
 }  // namespace
 
-std::unique_ptr<PageFetcher> MakePageFetcher() { return std::make_unique<NetworkFetcher>(); }
+std::unique_ptr<Network> MakeNetwork() { return std::make_unique<QtNetwork>(); }
 
 }  // namespace cli

@@ -32,6 +32,8 @@ class DownloadPane : public QWidget, public SessionView {
   void ProposeRange(std::int32_t last_in_base);
   /// Leaves nothing to choose, and says why.
   void ShowUnknownForum();
+  /// A row that was shown as stored is not.
+  void MarkNotStored(std::int32_t number) { rows_->MarkNotStored(number); }
 
   void SetPanel(int panel, std::string_view text) override;
   void SetHint(std::string_view text) override;

@@ -10,7 +10,11 @@ constexpr int kPaintingPause = 40;     // milliseconds
 }  // namespace
 
 DownloadWindow::DownloadWindow(const char* name, int panels, const DownloadNeeds& needs, QWidget* parent)
-    : QDialog(parent), rows_(needs.base), pane_(new DownloadPane(panels, needs.dialogs, this)) {
+    : QDialog(parent),
+      pane_(new DownloadPane(panels, needs.dialogs, this)),
+      clock_(needs.clock),
+      rows_(needs.base),
+      records_(rows_, needs.alarm, [this](const SettledRows& settled) { TakeNote(settled); }) {
   setObjectName(QString::fromLatin1(name));
   setWindowTitle(QStringLiteral("Загрузка новых сообщений"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -49,4 +53,12 @@ void DownloadWindow::OpenRow(std::int32_t number) {
   if (!pane_->IsEnabled(SessionButton::cmdDownload) || !records_.msgExist(number)) return;
   to_read_ = number;
   close();
+}
+
+void DownloadWindow::TakeNote(const SettledRows& settled) {
+  stored_.insert(stored_.end(), settled.stored.begin(), settled.stored.end());
+  for (const LostRow& row : settled.lost) {
+    pane_->MarkNotStored(row.number);
+    TellNotStored(*pane_, clock_, row.number, row.reason);
+  }
 }

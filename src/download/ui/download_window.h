@@ -9,8 +9,8 @@
 
 #include "base/clock.h"
 #include "config/mdl_AZ.h"
+#include "download/grouped_records.h"
 #include "download/page_fetcher.h"
-#include "download/stored_numbers.h"
 #include "download/ui/download_pane.h"
 #include "store/base_recordset.h"
 #include "store/message_base.h"
@@ -23,6 +23,7 @@ struct DownloadNeeds {
   const Clock& clock;
   Dialogs& dialogs;
   PageFetcher& inet;
+  Alarm& alarm;
 };
 
 /// The frame of both download windows: a modal dialog around the pane that keeps БазаЗапрос open and closes only
@@ -31,7 +32,7 @@ class DownloadWindow : public QDialog {
   Q_OBJECT
  public:
   /// The messages that were stored while the window was open, in that order.
-  const std::vector<std::int32_t>& StoredMessages() const { return records_.numbers(); }
+  const std::vector<std::int32_t>& StoredMessages() const { return stored_; }
   /// The message that the user wants to read: a row that was opened, which closed the window.
   std::optional<std::int32_t> MessageToRead() const { return to_read_; }
 
@@ -45,13 +46,19 @@ class DownloadWindow : public QDialog {
   /// The user closes the window.
   virtual bool MayClose() = 0;
 
-  BaseRecordset rows_;
-  StoredNumbers records_{rows_};
-  DownloadPane* pane_;
+  /// The rows of the base.
+  QueryRecordset& Records() { return records_; }
+
+  DownloadPane* const pane_;
 
  private:
   void OpenRow(std::int32_t number);
+  void TakeNote(const SettledRows& settled);
 
+  const Clock& clock_;
+  std::vector<std::int32_t> stored_;
+  BaseRecordset rows_;
+  GroupedRecords records_;
   std::optional<std::int32_t> to_read_;
   QElapsedTimer since_painting_;
   QTimer next_painting_;

@@ -63,23 +63,34 @@ void SessionRows::Add(std::string_view text) {
 void SessionRows::SetCell(int column, std::string_view text) {
   if (rows_.empty()) return;
   rows_.back().cells.at(static_cast<std::size_t>(column)) = text;
-  TellChange();
+  TellChange(LastAdded());
 }
 
 void SessionRows::SetIcon(int icon) {
   if (rows_.empty()) return;
   rows_.back().icon = icon;
-  TellChange();
+  TellChange(LastAdded());
 }
 
 void SessionRows::SetColour(std::uint32_t bgr) {
   if (rows_.empty()) return;
   rows_.back().colour = bgr;
-  TellChange();
+  TellChange(LastAdded());
 }
 
-void SessionRows::TellChange() {
-  const QModelIndex first = LastAdded();
+void SessionRows::MarkNotStored(std::int32_t number) {
+  for (int i = rowCount() - 1; i >= 0; --i) {
+    const QModelIndex first = index(Place(i), 0);
+    if (Number(first) != number) continue;
+    Row& row = rows_[static_cast<std::size_t>(i)];
+    row.cells[row_column::kStatus] = "Не записано"_ru;
+    row.icon = row_icon::kStatus;
+    row.colour = kRed;
+    return TellChange(first);
+  }
+}
+
+void SessionRows::TellChange(const QModelIndex& first) {
   emit dataChanged(first, index(first.row(), columnCount() - 1));
 }
 

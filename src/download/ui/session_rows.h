@@ -25,6 +25,8 @@ class SessionRows : public QAbstractTableModel {
   void SetIcon(int icon);
   /// Of all texts of the row. @param bgr  00BBGGRR
   void SetColour(std::uint32_t bgr);
+  /// Says of the row of a message that it failed after all; of the newest, when there are several.
+  void MarkNotStored(std::int32_t number);
 
   /// The first cell of the row added last; invalid when there is none.
   QModelIndex LastAdded() const;
@@ -46,7 +48,7 @@ class SessionRows : public QAbstractTableModel {
 
   const Row& At(const QModelIndex& index) const { return rows_[static_cast<std::size_t>(Place(index.row()))]; }
   int Place(int row) const { return newest_first_ ? static_cast<int>(rows_.size()) - 1 - row : row; }
-  void TellChange();
+  void TellChange(const QModelIndex& first);
 
   std::vector<Row> rows_;  // in the order of adding
   bool newest_first_ = false;

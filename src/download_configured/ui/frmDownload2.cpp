@@ -8,7 +8,7 @@ constexpr int kPanels = 1;
 
 frmDownload2::frmDownload2(const DownloadNeeds& needs, QWidget* parent)
     : DownloadWindow("frmDownload2", kPanels, needs, parent),
-      with_{needs.base.forum_kind(), records_, needs.inet, *pane_, needs.ini, needs.log, needs.clock},
+      with_{needs.base.forum_kind(), Records(), needs.inet, *pane_, needs.ini, needs.log, needs.clock},
       session_(with_) {
   Form_Load(needs.base);
   connect(pane_->cmdDownload, &QPushButton::clicked, this, [this] { session_.cmdDownload_Click(pane_->Choice()); });

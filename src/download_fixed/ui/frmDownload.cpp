@@ -10,7 +10,7 @@ constexpr int kClockTick = 100;  // milliseconds
 frmDownload::frmDownload(const DownloadNeeds& needs, PageSocket& Winsock, QWidget* parent)
     : DownloadWindow("frmDownload", kPanels, needs, parent),
       kind_(needs.base.forum_kind()),
-      with_{records_, needs.inet, *pane_, needs.ini, needs.log, needs.clock, needs.base.host()},
+      with_{Records(), needs.inet, *pane_, needs.ini, needs.log, needs.clock, needs.base.host()},
       session_(with_),
       socket_fetch_(Winsock, with_) {
   Form_Load(needs.base);

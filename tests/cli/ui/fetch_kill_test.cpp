@@ -12,7 +12,9 @@
 
 namespace {
 
-constexpr int kRounds = 10, kMostLines = 30, kLongestMessage = 20;  // the last in milliseconds
+// Messages that wait are stored together, a few times a second.
+constexpr int kRounds = 10, kMostLines = 60, kLongestGroup = 120;  // the last in milliseconds
+constexpr int kPage = 2;                                           // milliseconds that the server takes for it
 
 int Rounds() {
   const char* const asked = std::getenv("FORUM_KILL_ROUNDS");
@@ -27,7 +29,7 @@ class FetchKilled : public FetchStage {
       if (lines.substr(0, end).find(" записано: ") != std::string_view::npos)
         stored.insert(std::atoi(std::string(lines.substr(0, end)).c_str()));
   }
-  /// Fetches on; killed after so many lines, anywhere in the time that one message takes.
+  /// Fetches on; killed after so many lines, anywhere in the time that one group takes.
   void Round(int lines, int milliseconds, std::set<int>& stored) {
     RunningProgram fetch(Words({"fetch", base_}));
     std::string out;
@@ -51,16 +53,19 @@ class FetchKilled : public FetchStage {
 
 TEST_F(FetchKilled, NoMessageThatWasStoredIsLost) {
   const int rounds = Rounds();
-  DemoSite site(static_cast<std::size_t>(rounds * (kMostLines + kLongestMessage) + 100), 0, clock_);
+  DemoSite site(static_cast<std::size_t>(rounds * (kMostLines + 2 * kLongestGroup / kPage) + 100), 0, clock_);
   const WebServer server(
-      0, [&](std::string_view target) { return site.Get(target); }, [](std::string_view) { return Mischief{}; });
+      0, [&](std::string_view target) { return site.Get(target); },
+      [](std::string_view) {
+        return Mischief{Mischief::Kind::kWait, kPage};
+      });
   demo_folder::Make(files_, program_, server.Address(), site, 5, clock_);
   const std::string expected = BaseWithPages(site, base_, "kdv");
   std::mt19937 random(1);
   std::set<int> stored;
   for (int round = 0; round < rounds && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
-    Round(static_cast<int>(random() % kMostLines), static_cast<int>(random() % kLongestMessage), stored);
+    Round(static_cast<int>(random() % kMostLines), static_cast<int>(random() % kLongestGroup), stored);
     ExpectSound(base_);
     const std::set<int> in_base = InBase();
     for (const int number : stored) EXPECT_TRUE(in_base.contains(number)) << number;

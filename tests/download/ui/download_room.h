@@ -21,24 +21,25 @@
 #include "download_fixed/ui/frmDownload.h"
 #include "jet/check.h"
 #include "store/new_base.h"
+#include "support/faulty_file.h"
 #include "support/fixed_clock.h"
+#include "support/hand_alarm.h"
 #include "support/scripted_dialogs.h"
-#include "support/temp_folder.h"
 #include "ui/text.h"
 
 enum class Sort { kFixed, kConfigured };
 inline constexpr Sort kBothSorts[] = {Sort::kFixed, Sort::kConfigured};
 
-/// A download window on the screen, over a base on the disk and a forum on this machine that answers as told.
+/// A download window on the screen, over a base on a disk in memory and a forum on this machine that answers as told.
 struct DownloadRoom {
   using Answer = ScriptedServer::Answer;
 
   explicit DownloadRoom(Sort sort, std::vector<std::int32_t> in_base = {}, const char* base_name = nullptr)
       : is_fixed(sort == Sort::kFixed) {
-    folder.Put("forum.ini", Cat("[FORUMS]\r\nmax=2\r\nf1=kdv\r\nf2=moysha\r\n[kdv]\r\nURL=", server.Url(""),
-                                "\r\n[moysha]\r\nname=Беседка\r\nTIMEOUT=1\r\nURL="_ru, server.Url("/messages/"),
-                                "\r\nURLSFX=.html\r\n"));
-    const std::string path = folder / (base_name != nullptr ? base_name : is_fixed ? "kdv.mdb" : "moysha.mdb");
+    files.SetContent("/forum.ini", Cat("[FORUMS]\r\nmax=2\r\nf1=kdv\r\nf2=moysha\r\n[kdv]\r\nURL=", server.Url(""),
+                                       "\r\n[moysha]\r\nname=Беседка\r\nTIMEOUT=1\r\nURL="_ru, server.Url("/messages/"),
+                                       "\r\nURLSFX=.html\r\n"));
+    const std::string path = base_name != nullptr ? base_name : is_fixed ? "/kdv.mdb" : "/moysha.mdb";
     CreateMessageBase(files, path, {}, clock);
     base.OpenBase(path);
     for (BaseRecordset rows(base); const std::int32_t number : in_base) {
@@ -51,7 +52,7 @@ struct DownloadRoom {
       const int number = std::stoi(request.substr(request.find("messages/") + 9));
       return answer ? answer(number) : Whole(Page());
     };
-    const DownloadNeeds needs{base, ini, log, clock, dialogs, inet};
+    const DownloadNeeds needs{base, ini, log, clock, dialogs, inet, alarm};
     if (is_fixed)
       window = std::make_unique<frmDownload>(needs, socket);
     else
@@ -108,15 +109,15 @@ struct DownloadRoom {
   int last_on_forum = 0;
   std::function<Answer(int number)> answer;  // instead of a whole page
 
-  TempFolder folder;
-  DiskFileSystem files;
+  FaultyFileSystem files;
   FixedClock clock{2002, 3, 15};
-  mdl_AZ::ForumIni ini{files, folder.path()};
+  mdl_AZ::ForumIni ini{files, "/"};
   mdl_AZ::ForumLog log{ini, files, clock};
   MessageBase base{files, clock, ini};
   ScriptedDialogs dialogs;
   ScriptedServer server;
   HttpFetcher inet{nullptr, 100'000};
   TcpSocket socket;
+  HandAlarm alarm;
   std::unique_ptr<DownloadWindow> window;
 };

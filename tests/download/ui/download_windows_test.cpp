@@ -57,7 +57,7 @@ TEST(DownloadWindows, TheBoxesOpenForAManualRange) {
 
 TEST(DownloadWindows, ABaseOfNoKnownForumLeavesNothingToChoose) {
   for (const Sort sort : kBothSorts) {
-    DownloadRoom room(sort, {}, "unknown.mdb");
+    DownloadRoom room(sort, {}, "/unknown.mdb");
     EXPECT_EQ(room.Text("txtHint"),
               "Из имени файла базы сообщений непонятно, что это за база. Поэтому откуда качать, я тоже не знаю...");
     for (const char* name : {"cmdGetFirst", "cmdGetLast", "chkManual", "chkAuto", "txtBegin", "txtEnd", "cmdCancelDL"})
@@ -185,10 +185,41 @@ TEST(DownloadWindows, TheConfiguredOneTellsEachStateOfATransfer) {
                 {12, "Ответ обработан ..."}};
   Script script;
   ScriptedFetcher ie(script);
-  const frmDownload2 window({room.base, room.ini, room.log, room.clock, room.dialogs, ie});
+  const frmDownload2 window({room.base, room.ini, room.log, room.clock, room.dialogs, ie, room.alarm});
   for (const auto& s : states) {
     ie.TellState(s.state);
     EXPECT_EQ(window.findChild<StatusPanels*>("dlBar")->Panel(1).toStdString(), s.text);
+  }
+}
+
+TEST(DownloadWindows, MessagesThatWaitAreStoredWhileAPageIsAwaited) {
+  for (const Sort sort : kBothSorts) {
+    DownloadRoom room(sort);
+    room.answer = [&](int number) {
+      if (number == 4) {
+        EXPECT_EQ(room.window->StoredMessages(), Numbers{1});
+        room.alarm.Ring();
+        EXPECT_EQ(room.window->StoredMessages(), (Numbers{1, 2, 3}));
+      }
+      return DownloadRoom::Whole(DownloadRoom::Page());
+    };
+    room.Manual("1", "5");
+    EXPECT_EQ(room.window->StoredMessages(), (Numbers{1, 2, 3, 4, 5})) << "a session ends with all of them stored";
+  }
+}
+
+TEST(DownloadWindows, ARowThatTheBaseRefusesInTheEndSaysSo) {
+  for (const Sort sort : kBothSorts) {
+    DownloadRoom room(sort);
+    room.answer = [&](int number) {
+      if (number == 3) room.files.FailAt(1, FaultyFileSystem::Fault::kFail, FaultyFileSystem::Lasting::kFromThenOn);
+      return DownloadRoom::Whole(DownloadRoom::Page());
+    };
+    room.Manual("1", "3");
+    EXPECT_THAT(room.Column(5), ElementsAre(room.is_fixed ? "Импортирован" : "Ок", "Не записано", "Не записано"));
+    EXPECT_THAT(room.Find<QPlainTextEdit>("txtLog")->toPlainText().toStdString(),
+                testing::ContainsRegex("Сообщение 2 не записано: Изменения не записаны.*\n.*Сообщение 3 не записано"));
+    EXPECT_EQ(room.window->StoredMessages(), Numbers{1});
   }
 }
 
