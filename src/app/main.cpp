@@ -9,6 +9,7 @@
 #include "app/application.h"
 #include "app/command_line.h"
 #include "base/error.h"
+#include "base/version.h"
 #include "ui/dialogs.h"
 #include "ui/text.h"
 
@@ -64,7 +65,7 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];
     if (argument == "--help") return std::fputs(kUsage, stdout) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
-    if (argument == "--version") return std::puts("Quorvex " QUORVEX_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (argument == "--version") return std::printf("Quorvex %s\n", kProductVersion) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
   }
   const QtMessageHandler usual = qInstallMessageHandler(ExplainMissingScreen);
   const GuiApplication application(argc, argv);  // takes out of argv what is Qt's own

@@ -6,6 +6,7 @@
 #include "base/cat.h"
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
+#include "base/version.h"
 #include "cli/command.h"
 
 namespace cli {
@@ -66,7 +67,7 @@ int RunTool(std::span<const std::string> words, std::ostream& out, std::ostream&
     return kDone;
   }
   if (words[0] == kVersion) {
-    out << "kdvbase " QUORVEX_VERSION "\n";
+    out << "kdvbase " << kProductVersion << '\n';
     return kDone;
   }
   if (words[0] == kDataDir && words.size() > 2) {  // it may stand before the command too

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "base/error.h"
+#include "base/version.h"
 #include "ui/controls.h"
 #include "ui/icons.h"
 #include "ui/text.h"
@@ -79,7 +80,7 @@ QWidget* frmAbout::Head() {
   auto* head = new QWidget;
   auto* picture = new QLabel;
   picture->setPixmap(ProgramIcon().pixmap(QSize(kPicture, kPicture), devicePixelRatioF()));
-  QLabel* name = Line("lblVersion", ProgramName() + QStringLiteral(" " QUORVEX_VERSION));
+  QLabel* name = Line("lblVersion", ProgramName() + u' ' + QLatin1String(kProductVersion));
   QFont large = name->font();
   large.setPointSizeF(large.pointSizeF() * 1.6);
   large.setBold(true);

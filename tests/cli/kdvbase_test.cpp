@@ -49,7 +49,8 @@ TEST(Tool, MisuseIsToldFromFailure) {
   }
 }
 
-TEST(Tool, HelpGoesToStandardOutput) {
+TEST(Tool, HelpAndVersionGoToStandardOutput) {
+  EXPECT_THAT(Kdvbase({"--version"}).out, testing::ContainsRegex("^kdvbase [0-9]+\\.[0-9]+\\.[0-9]+\n$"));
   for (const std::vector<std::string>& words : {std::vector<std::string>{"--help"}, {"sql", "--help"}}) {
     const Outcome outcome = Kdvbase(words);
     EXPECT_EQ(outcome.status, 0);
