@@ -37,8 +37,9 @@ TEST(DemoSite, EveryForumHasItsPagesAndMissingNumbers) {
   DemoSite site(200, 0, clock);
   for (const ForumAddress& forum : DemoSite::Forums()) {
     int missing = 0;
-    for (std::int32_t number = 1; number <= site.Messages(forum.kind).Last() + 1; ++number) {
-      const MessageRecord* const message = site.Messages(forum.kind).Find(number);
+    const ForumMessages messages = site.Messages(forum.kind);
+    for (std::int32_t number = 1; number <= messages.Last() + 1; ++number) {
+      const MessageRecord* const message = messages.Find(number);
       const std::string folder(forum.kind == "rts-an" ? "rts-an.some.host" : forum.kind);
       const WebAnswer answer = site.Get(Cat("/", folder, forum.before_number, number, forum.behind_number));
       missing += message == nullptr ? 1 : 0;

@@ -64,7 +64,7 @@ void MakeBase(FileSystem& files, const std::string& folder, std::string_view kin
   BaseRecordset records(base);
   sql::Transaction transaction(base.connection());
   const ForumPages forum(kind, clock);
-  const auto& messages = site.Messages(kind).All();
+  const auto messages = site.Messages(kind).All();
   for (std::size_t i = 0; i < std::min(count, messages.size()); ++i)
     StoreAsDownloaded(records, forum, kind, messages[i]);
   transaction.Commit();

@@ -64,7 +64,10 @@ DemoSite::DemoSite(std::size_t messages, std::int32_t seconds_apart, const Clock
     forums_.emplace(std::string(forum.kind), ForumMessages(++seed, messages, start_));
 }
 
-const ForumMessages& DemoSite::Messages(std::string_view kind) { return forums_.find(kind)->second; }
+ForumMessages DemoSite::Messages(std::string_view kind) const {
+  const std::lock_guard guard(mutex_);
+  return forums_.find(kind)->second;
+}
 
 void DemoSite::Grow() {
   if (seconds_apart_ <= 0) return;
@@ -92,7 +95,7 @@ WebAnswer DemoSite::Get(std::string_view target) {
 }
 
 WebAnswer DemoSite::ForumPage(const ForumAddress& forum, std::string_view path) {
-  const ForumMessages& messages = Messages(forum.kind);
+  const ForumMessages& messages = forums_.find(forum.kind)->second;
   const std::int32_t last = messages.Last();
   if (forum.kind == kRtsAn && (path.empty() || path == "/"))
     return {.body = demo_pages::RtsAnFrontPage(std::max(1, last - kFrontPageLinks + 1), last)};
@@ -106,7 +109,7 @@ WebAnswer DemoSite::ForumPage(const ForumAddress& forum, std::string_view path) 
 WebAnswer DemoSite::AuthorPage(std::string_view path) {
   MessageRecord author;
   author.Автор = mdl_STR::Koi8ToWin(Unescaped(path.substr(0, path.find('&'))));
-  const std::optional<std::string> email = Messages(kOws).EmailOf(author.Автор);
+  const std::optional<std::string> email = forums_.find(kOws)->second.EmailOf(author.Автор);
   if (!email) return NotFound(kOws);
   author.АвторMail = *email;
   return {.body = demo_pages::OwsAuthorPage(author)};

@@ -30,8 +30,8 @@ class DemoSite {
 
   /// What a browser gets that asks for this path and query. May be called by several threads at once.
   WebAnswer Get(std::string_view target);
-  /// The messages of a forum so far. Not for use while other threads ask for pages and the forum grows.
-  const ForumMessages& Messages(std::string_view kind);
+  /// The messages of a forum so far. May be called while other threads ask for pages and the forum grows.
+  ForumMessages Messages(std::string_view kind) const;
 
  private:
   void Grow();
@@ -42,7 +42,7 @@ class DemoSite {
   const Clock& clock_;
   const OleDate start_;
   const std::int32_t seconds_apart_;
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::size_t posted_ = 0;  // to each forum since the start
   std::map<std::string, ForumMessages, std::less<>> forums_;
 };

@@ -43,7 +43,7 @@ MessageRecord ForumMessages::Next() {
   return message;
 }
 
-const MessageRecord* ForumMessages::Find(std::int32_t number) const {
+const MessageRecord* ForumMessages::Find(std::int32_t number) const& {
   const auto found = std::lower_bound(messages_.begin(), messages_.end(), number,
                                       [](const MessageRecord& message, std::int32_t n) { return message.Код < n; });
   return found == messages_.end() || found->Код != number ? nullptr : &*found;

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "make_archive/archive_messages.h"
@@ -21,11 +22,13 @@ class ForumMessages {
   /// Adds one at the end. @param date  when it was written
   void Post(OleDate date);
   /// In the order of their numbers.
-  const std::vector<MessageRecord>& All() const { return messages_; }
+  const std::vector<MessageRecord>& All() const& { return messages_; }
+  std::vector<MessageRecord> All() && { return std::move(messages_); }
   /// The highest number; 0 when there is none.
   std::int32_t Last() const { return messages_.empty() ? 0 : messages_.back().Код; }
   /// Null for a missing number. Valid until the next Post.
-  const MessageRecord* Find(std::int32_t number) const;
+  const MessageRecord* Find(std::int32_t number) const&;
+  const MessageRecord* Find(std::int32_t number) && = delete;
   /// None for a nick that wrote nothing.
   std::optional<std::string> EmailOf(const std::string& nick) const;
 
