@@ -3,12 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <QApplication>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTest>
 #include <QTimer>
-#include <functional>
 
 #include "base/cat.h"
 #include "base/ru_literal.h"

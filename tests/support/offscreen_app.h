@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QApplication>
+#include <gtest/gtest.h>
+
 #include <memory>
 
-#include <gtest/gtest.h>
+#include <QApplication>
 
 /// The application that widgets need, without a screen. A test program of windows registers it once:
 ///   const auto* const app = testing::AddGlobalTestEnvironment(new OffscreenApp);

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTreeView>
-#include <cstdint>
-#include <optional>
 
 #include "download/session_parts.h"
 #include "download/ui/session_rows.h"

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QTimer>
 #include <cstdint>
 #include <optional>
 #include <vector>
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QTimer>
 
 #include "base/clock.h"
 #include "config/mdl_AZ.h"

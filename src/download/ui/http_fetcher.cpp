@@ -1,8 +1,9 @@
 #include "download/ui/http_fetcher.h"
 
-#include <QPointer>
 #include <algorithm>
 #include <limits>
+
+#include <QPointer>
 
 #include "base/error.h"
 #include "base/ru_literal.h"

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QNetworkCookieJar>
-#include <QObject>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <QNetworkCookieJar>
+#include <QObject>
 
 #include "download/page_fetcher.h"
 

@@ -1,16 +1,17 @@
 #pragma once
 
-#include <QEventLoop>
-#include <QNetworkCookieJar>
-#include <QPointer>
-#include <QTimer>
-#include <QUrl>
 #include <cstddef>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <QEventLoop>
+#include <QNetworkCookieJar>
+#include <QPointer>
+#include <QTimer>
+#include <QUrl>
 
 #include "download/http_response.h"
 #include "download/ui/http_connection.h"

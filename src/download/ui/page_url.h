@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QUrl>
 #include <string_view>
+
+#include <QUrl>
 
 /// The address of a page as a URL. "http://" is put before an address without that scheme or https; blanks,
 /// control characters and bytes from 80 hex on are escaped byte for byte, existing escapes stay.

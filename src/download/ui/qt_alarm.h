@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QTimer>
 #include <utility>
+
+#include <QTimer>
 
 #include "download/alarm.h"
 

@@ -1,9 +1,10 @@
 #include "download/ui/session_rows.h"
 
+#include <algorithm>
+
 #include <QColor>
 #include <QGuiApplication>
 #include <QPalette>
-#include <algorithm>
 
 #include "download/session_parts.h"
 #include "ui/icons.h"

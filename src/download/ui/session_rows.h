@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QAbstractTableModel>
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <QAbstractTableModel>
 
 /// The list of a session: a row per message number, with a picture and perhaps a colour. What is set goes into the
 /// row added last; without one it goes nowhere. Texts are Windows-1251.

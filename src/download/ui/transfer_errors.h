@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QAbstractSocket>
 #include <string>
+
+#include <QAbstractSocket>
 
 /// A failure of a socket, by the old platform's number and in Russian.
 struct SocketFailure {

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QTimer>
 #include <string>
 #include <string_view>
+
+#include <QTimer>
 
 #include "download/page_socket.h"
 #include "download/ui/download_window.h"

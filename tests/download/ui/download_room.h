@@ -2,15 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "base/cat.h"
 #include "base/ru_literal.h"

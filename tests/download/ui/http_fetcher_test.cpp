@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QTimer>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <QCoreApplication>
+#include <QTimer>
 
 #include "base/cat.h"
 #include "base/error.h"

@@ -1,7 +1,8 @@
 #include "download/ui/scripted_server.h"
 
-#include <QTimer>
 #include <algorithm>
+
+#include <QTimer>
 
 #include "base/cat.h"
 

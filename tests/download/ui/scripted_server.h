@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QByteArray>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <QByteArray>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 /// What the server does behind the bytes of an answer.
 enum class Then { kClose, kKeepOpen, kReset };

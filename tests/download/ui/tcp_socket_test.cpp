@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <string>
+
+#include <QCoreApplication>
 
 #include "base/cat.h"
 #include "base/cp1251.h"
