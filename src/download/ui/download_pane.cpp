@@ -217,6 +217,7 @@ void DownloadPane::AppendLog(std::string_view text) {
   end.movePosition(QTextCursor::End);
   end.insertText(FromCp1251(text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
   txtLog_->setTextCursor(end);
+  txtLog_->horizontalScrollBar()->setValue(0);  // a long line is read from its beginning
 }
 
 void DownloadPane::SetProgress(int percent) { dlProgress_->setValue(percent); }
