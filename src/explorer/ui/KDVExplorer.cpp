@@ -5,7 +5,6 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QMimeData>
 #include <QVBoxLayout>
 
@@ -94,24 +93,13 @@ void KDVExplorer::AddControls() {
 }
 
 void KDVExplorer::AddMenus() {
-  tree_menu_ = new QMenu(this);
-  const auto add = [this](const char* name, IconName icon, const QString& text) {
-    QAction* entry = tree_menu_->addAction(Icon(icon), text);
-    entry->setObjectName(QString::fromLatin1(name));
-    entry->setEnabled(false);
-    return entry;
-  };
-  mnuDelete_ = add("mnuDelete", IconName::kDelete, QStringLiteral("Удалить сообщение"));
-  mnuDeleteThread_ = add("mnuDeleteThread", IconName::kDeleteThread, QStringLiteral("Удалить вместе с ответами"));
-  mnuDelete_->setShortcut(QKeySequence::Delete);
-  mnuDelete_->setShortcutContext(Qt::WidgetShortcut);
-  tree_->addAction(mnuDelete_);
-
-  menu_ = new MainMenu(this, this);
+  tree_menu_ = new TreeMenu(tree_, this);
+  menu_ = new MainMenu(this, this);  // shares what the tree's menu has
   setMenuBar(menu_);
-  tree_menu_->addSeparator();
+  QList<QAction*> shared;
   for (const char* name : {"mnuCopyMessage", "mnuCopyNumber"})
-    tree_menu_->addAction(menu_->findChild<QAction*>(QString::fromLatin1(name)));
+    shared.append(menu_->findChild<QAction*>(QString::fromLatin1(name)));
+  tree_menu_->AddShared(shared);
 }
 
 void KDVExplorer::ConnectControls() {
@@ -129,8 +117,8 @@ void KDVExplorer::ConnectControls() {
   connect(model_, &TreeModel::rowsRemoved, this, &KDVExplorer::UpdateCommands);
   connect(tree_, &MessageTree::MenuWanted, this,
           [this](const QModelIndex&, const QPoint& place) { tree_menu_->popup(place); });
-  connect(mnuDelete_, &QAction::triggered, this, [this] { RunOnNode(&MessageCommands::Delete); });
-  connect(mnuDeleteThread_, &QAction::triggered, this, [this] { RunOnNode(&MessageCommands::DeleteWithReplies); });
+  connect(tree_menu_, &TreeMenu::DeleteChosen, this, [this] { RunOnNode(&MessageCommands::Delete); });
+  connect(tree_menu_, &TreeMenu::DeleteThreadChosen, this, [this] { RunOnNode(&MessageCommands::DeleteWithReplies); });
   connect(pane_->body, &MessageBody::LinkChosen, this, [this](const QUrl& target) { needs_.windows.OpenLink(target); });
 }
 
@@ -337,8 +325,7 @@ void KDVExplorer::Run(void (MessageCommands::*command)()) {
   (*commands_.*command)();
 }
 
-// The right button has made the node under it the current one. Not marked as busy: when the node goes,
-// the view chooses another, which is to be shown.
+// Not marked as busy: when the node goes, the view chooses another, which is to be shown.
 void KDVExplorer::RunOnNode(void (MessageCommands::*command)(const QModelIndex&)) {
   if (!busy_) (*commands_.*command)(tree_->currentIndex());
 }
@@ -377,8 +364,7 @@ void KDVExplorer::DoOnMessages(MenuCommand command) {
 
 void KDVExplorer::UpdateCommands() {
   const NodeId node = ChosenNode();
-  mnuDelete_->setEnabled(CanDelete(model_->Tree(), node));
-  mnuDeleteThread_->setEnabled(CanDeleteWithReplies(model_->Tree(), node));
+  tree_menu_->SetDeletable(CanDelete(model_->Tree(), node), CanDeleteWithReplies(model_->Tree(), node));
   menu_->SetAvailable(base_.IsOpen(), message_shown_);
 }
 

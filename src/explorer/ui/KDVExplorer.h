@@ -23,6 +23,7 @@
 #include "explorer/ui/reading.h"
 #include "explorer/ui/tool_bar.h"
 #include "explorer/ui/tree_expansion.h"
+#include "explorer/ui/tree_menu.h"
 #include "explorer/ui/tree_model.h"
 #include "store/message_base.h"
 #include "ui/controls.h"
@@ -132,7 +133,6 @@ class KDVExplorer : public QMainWindow, private Progress, private TreeTrouble {
   PercentSplitter* imgSplitter_;
   StatusPanels* StatBar_;
   QProgressBar* Progress_;
-  QMenu* tree_menu_;
-  QAction *mnuDelete_, *mnuDeleteThread_;
+  TreeMenu* tree_menu_;
   std::unique_ptr<MessageCommands> commands_;
 };
