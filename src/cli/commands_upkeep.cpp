@@ -3,10 +3,13 @@
 #include "base/progress.h"
 #include "base/ru_literal.h"
 #include "cli/command.h"
+#include "cli/interrupt.h"
 #include "jet/check.h"
 #include "jet/compact.h"
 #include "jet/database.h"
 #include "store/new_base.h"
+#include "store/rescue_messages.h"
+#include "store/rescue_report.h"
 
 namespace cli {
 namespace {
@@ -45,6 +48,26 @@ void Compact(const Arguments& arguments, Context& context) {
   if (in_place) context.out << "Прежняя база: " << jet::BackupPath(context.files.RealPath(arguments[0])) << '\n';
 }
 
+/// Ctrl-C must not leave a file behind.
+class UntilInterrupted : public Progress {
+ public:
+  bool Advance(int) override { return !interrupt_.Asked(); }
+
+ private:
+  Interrupt interrupt_;
+};
+
+void Rescue(const Arguments& arguments, Context& context) {
+  UntilInterrupted progress;
+  const RescueResult result = RescueMessages(context.files, arguments[0], arguments[1], context.clock, progress);
+  for (const std::string& line : RescueDetails(result)) context.out << cp1251::ToUtf8(line) << '\n';
+  context.out << cp1251::ToUtf8(RescueSummary(result)) << '\n';
+  if (!result.complete)
+    context.status = kStopped;
+  else if (result.HasLosses())
+    throw Error(error_number::kNotABase, "Спасено не всё"_ru);
+}
+
 constexpr Option kCreateOptions[] = {{kJet4}, {kRussian}};
 
 constexpr Command kCommands[] = {
@@ -59,6 +82,14 @@ constexpr Command kCommands[] = {
      2,
      {},
      Compact},
+    {"rescue",
+     "БАЗА НОВАЯ",
+     "переписать все сообщения повреждённой базы, которые ещё читаются, в новый файл; состояние выхода 1 — спасено\n"
+     "    не всё, 3 — остановлено (Ctrl-C), нового файла нет",
+     2,
+     2,
+     {},
+     Rescue},
 };
 
 }  // namespace

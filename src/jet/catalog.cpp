@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "base/cp1251.h"
 #include "base/error.h"
@@ -42,27 +43,31 @@ const CatalogTable* Catalog::FindTable(std::string_view name) const {
   return own != nullptr ? own : FindIn(system_tables, name);
 }
 
-Catalog ReadCatalog(const Table& objects) {
-  const TableDef& def = objects.def();
-  const Column &id = RequireColumn(def, "Id"), &name = RequireColumn(def, "Name"), &type = RequireColumn(def, "Type"),
-               &flags_column = RequireColumn(def, "Flags");
-  Catalog catalog;
-  for (TableCursor cursor = objects.Scan(); cursor.Next();) {
-    const Row& row = cursor.row();
-    const int kind = row.Int(type);
-    if (kind != object_type::kTable && kind != object_type::kQuery) continue;
-    std::string stored_name;
-    row.ReadStored(name, stored_name);
-    const auto flags = static_cast<std::uint32_t>(row.Int(flags_column));
-    if (kind == object_type::kQuery) {
-      catalog.queries.push_back({Text(row, name), std::move(stored_name), row.Int(id), flags});
-      continue;
-    }
-    const bool system = (flags & (kSystemObject | kHiddenSystemObject)) != 0;
-    (system ? catalog.system_tables : catalog.user_tables)
-        .push_back({Text(row, name), std::move(stored_name), static_cast<std::uint32_t>(row.Int(id)), flags, system});
+CatalogReader::CatalogReader(const TableDef& objects)
+    : id_(RequireColumn(objects, "Id")),
+      name_(RequireColumn(objects, "Name")),
+      type_(RequireColumn(objects, "Type")),
+      flags_(RequireColumn(objects, "Flags")) {}
+
+void CatalogReader::Take(const Row& row) {
+  const int kind = row.Int(type_);
+  if (kind != object_type::kTable && kind != object_type::kQuery) return;
+  std::string stored_name;
+  row.ReadStored(name_, stored_name);
+  const auto flags = static_cast<std::uint32_t>(row.Int(flags_));
+  if (kind == object_type::kQuery) {
+    catalog_.queries.push_back({Text(row, name_), std::move(stored_name), row.Int(id_), flags});
+    return;
   }
-  return catalog;
+  const bool system = (flags & (kSystemObject | kHiddenSystemObject)) != 0;
+  (system ? catalog_.system_tables : catalog_.user_tables)
+      .push_back({Text(row, name_), std::move(stored_name), static_cast<std::uint32_t>(row.Int(id_)), flags, system});
+}
+
+Catalog ReadCatalog(const Table& objects) {
+  CatalogReader reader(objects.def());
+  for (TableCursor cursor = objects.Scan(); cursor.Next();) reader.Take(cursor.row());
+  return std::move(reader.catalog());
 }
 
 std::vector<QueryRow> ReadQueryRows(const Table& queries, std::int32_t id) {

@@ -49,6 +49,20 @@ struct Catalog {
 /// A column of a system table. @throws FormatError when it is not there
 const Column& RequireColumn(const TableDef& def, std::string_view name);
 
+/// Takes what MSysObjects lists row by row.
+class CatalogReader {
+ public:
+  /// @param objects  its definition; outlives this. @throws FormatError when it lacks a column
+  explicit CatalogReader(const TableDef& objects);
+  /// @throws FormatError for a damaged row; those before it stay
+  void Take(const Row& row);
+  Catalog& catalog() { return catalog_; }
+
+ private:
+  const Column &id_, &name_, &type_, &flags_;
+  Catalog catalog_;
+};
+
 Catalog ReadCatalog(const Table& objects);
 
 /// The pieces of one saved query by attribute and order. @param queries  MSysQueries

@@ -188,6 +188,15 @@ std::optional<std::string> KeyOfStored(Version version, const TableDef& def, con
   return key;
 }
 
+std::optional<std::int32_t> LongOfKey(Bytes key, bool ascending) {
+  constexpr std::size_t kSize = 4;
+  if (key.size() < 1 + kSize || LoadU8(key, 0) != (ascending ? kNotNullFlag : kNotNullFlagDescending))
+    return std::nullopt;
+  std::string bytes = Reversed(key.subspan(1, kSize));
+  if (!ascending) Invert(bytes, 0);
+  return static_cast<std::int32_t>(LoadU32(AsBytes(bytes), 0) ^ 0x80000000);
+}
+
 bool AllKeyColumnsNull(const TableDef& def, const RealIndex& index, const Row& row) {
   return std::all_of(index.columns.begin(), index.columns.end(),
                      [&](const IndexColumn& part) { return row.IsNull(ColumnOf(def, part)); });

@@ -20,6 +20,9 @@ constexpr std::uint8_t NullKey(bool ascending) { return ascending ? 0x00 : 0xFF;
 /// knows no key of.
 std::optional<std::string> KeyOfRow(Version version, const TableDef& def, const RealIndex& index, const Row& row);
 
+/// The number that a key begins with whose first column is a Long; none when that is null or the key damaged.
+std::optional<std::int32_t> LongOfKey(Bytes key, bool ascending);
+
 /// Are all columns of the key null? An index that ignores nulls has no entry for such a row.
 bool AllKeyColumnsNull(const TableDef& def, const RealIndex& index, const Row& row);
 

@@ -1,6 +1,7 @@
 #include "jet/long_value.h"
 
-#include "base/error.h"
+#include <utility>
+
 #include "base/ru_literal.h"
 #include "jet/data_page.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 }  // namespace
 
-LongValue::LongValue(const PageFile& file, Bytes stored, RowId row) {
+void LongValue::Fetch(const PageFile& file, Bytes stored, RowId row) {
   if (stored.size() < kLongValueHead) ThrowDamaged(row);
   const std::uint32_t head = LoadU32(stored, 0);
   const std::size_t length = head & kLongValueLength;
@@ -32,6 +33,18 @@ LongValue::LongValue(const PageFile& file, Bytes stored, RowId row) {
       CollectChain(file, where, length);
       break;
     default: ThrowDamaged(row);
+  }
+}
+
+LongValue::Beginning LongValue::ReadBeginning(const PageFile& file, Bytes stored, RowId row) {
+  LongValue value;
+  try {
+    value.Fetch(file, stored, row);
+    return {std::string(AsText(value.data_))};
+  } catch (const FormatError& error) {
+    return {std::move(value.collected_), false, error.page()};
+  } catch (const FileError&) {
+    return {std::move(value.collected_), false};
   }
 }
 

@@ -44,9 +44,14 @@ class Row {
   Bytes FetchStored(const Column& column, std::optional<LongValue>& holder) const {
     return holder.emplace(*file_, Stored(column), id_).data();
   }
+  /// What can still be read of a long value that is not null.
+  LongValue::Beginning FetchBeginning(const Column& column) const {
+    return LongValue::ReadBeginning(*file_, Stored(column), id_);
+  }
 
  private:
   friend class Table;
+  friend class SalvageCursor;
   /// Looks at `bytes` of `page` as a row of the table.
   void Assign(const PageFile& file, const TableDef& def, RowId id, Page page, Bytes bytes);
   void FindVariablePartJet3(std::size_t mask_at);

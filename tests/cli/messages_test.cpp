@@ -77,6 +77,21 @@ TEST_F(MessagesOfABase, AreDeletedAloneOrWithReplies) {
   EXPECT_EQ(Kdvbase({"check", base_}).status, 0);
 }
 
+TEST_F(MessagesOfABase, OfADamagedBaseAreRescuedIntoANewOne) {
+  const std::string whole = folder_ / "whole.mdb", rest = folder_ / "rest.mdb";
+  EXPECT_EQ(Kdvbase({"rescue", base_, whole}).out, "Спасены все сообщения: 4.\n");
+  std::string bytes = folder_.Get("kdv_2002.mdb");
+  constexpr std::size_t kPage = 2048;
+  const std::size_t row = bytes.find("Курс 3"_ru);
+  bytes.replace(row / kPage * kPage, kPage, kPage, '\0');
+  folder_.Put("kdv_2002.mdb", bytes);
+  const Outcome outcome = Kdvbase({"rescue", base_, rest});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out, Cat("Потеряны сообщения с номерами: 1-4\nПовреждённые страницы файла: ", row / kPage,
+                             "\nСпасено сообщений: 0, из них не полностью: 0. Потеряно: 4.\n"));
+  EXPECT_EQ(Kdvbase({"check", rest}).status, 0);
+}
+
 TEST_F(MessagesOfABase, AStatementMayDeleteRowsAndTellsHowMany) {
   EXPECT_EQ(Kdvbase({"sql", base_, "delete from База where Код > 2"}).out, "Удалено записей: 2\n");
   EXPECT_EQ(Kdvbase({"sql", base_, "DELETE * FROM База WHERE Автор = 'Никто'"}).out, "Удалено записей: 0\n");

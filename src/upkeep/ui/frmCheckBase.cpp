@@ -1,8 +1,12 @@
 #include "upkeep/ui/frmCheckBase.h"
 
+#include "base/error.h"
 #include "config/paths.h"
 #include "jet/check.h"
 #include "jet/database.h"
+#include "store/rescue_messages.h"
+#include "store/rescue_report.h"
+#include "ui/controls.h"
 #include "ui/text.h"
 
 namespace {
@@ -14,7 +18,9 @@ QString Counts(const jet::CheckResult& result) {
 QString Summary(const jet::CheckResult& result) {
   if (!result.complete) return QStringLiteral("Проверка остановлена. Пока найдено: ") + Counts(result).toLower();
   if (result.errors > 0)
-    return QStringLiteral("База повреждена. %1 Сделайте копию её файла, прежде чем что-нибудь в неё записывать.")
+    return QStringLiteral(
+               "База повреждена. %1 Сделайте копию её файла, прежде чем что-нибудь в неё записывать. Всё, "
+               "что ещё читается, можно спасти в новую базу: кнопка внизу.")
         .arg(Counts(result));
   if (result.warnings > 0)
     return QStringLiteral(
@@ -38,11 +44,44 @@ WorkReport ReportOf(const jet::CheckResult& result) {
 }  // namespace
 
 frmCheckBase::frmCheckBase(const UpkeepNeeds& needs, const std::string& base, QWidget* parent)
-    : WorkDialog(QStringLiteral("Проверка базы"), parent) {
+    : WorkDialog(QStringLiteral("Проверка базы"), parent), needs_(needs), base_(paths::Resolve(base)) {
   setObjectName(QStringLiteral("frmCheckBase"));
+  cmdRescue_ = Named<QPushButton>("cmdRescue", QStringLiteral("&Спасти сообщения в новую базу…"));
+  cmdRescue_->setToolTip(QStringLiteral("Переписать в новый файл все сообщения, которые ещё читаются"));
+  cmdRescue_->hide();
+  AddButton(cmdRescue_);
+  cmdRescue_->setAutoDefault(false);
+  cmdRescue_->setDefault(false);
+  connect(cmdRescue_, &QPushButton::clicked, this, &frmCheckBase::cmdRescue_Click);
   RunWhenShown(QStringLiteral("Проверяю %1…").arg(QStringFromPath(base)),
-               [&files = needs.files, path = paths::Resolve(base)](Progress& progress) {
-                 jet::Database database = jet::Database::Open(files, path, jet::Access::kRead);
-                 return ReportOf(jet::Check(database, progress));
-               });
+               [this](Progress& progress) { return Check(progress); });
+}
+
+// A check that ends in an error has found damage too.
+WorkReport frmCheckBase::Check(Progress& progress) try {
+  jet::Database database = jet::Database::Open(needs_.files, base_, jet::Access::kRead);
+  const jet::CheckResult result = jet::Check(database, progress);
+  cmdRescue_->setVisible(result.errors > 0);
+  return ReportOf(result);
+} catch (const Error&) {
+  cmdRescue_->show();
+  throw;
+}
+
+void frmCheckBase::cmdRescue_Click() {
+  const auto to = needs_.dialogs.ChooseNewBase(this, ProposedRescuePath(needs_.files, base_));
+  if (!to) return;
+  Run(QStringLiteral("Спасаю сообщения в %1…").arg(QStringFromPath(*to)),
+      [&](Progress& progress) { return Rescue(*to, progress); });
+}
+
+WorkReport frmCheckBase::Rescue(const std::string& to, Progress& progress) {
+  const RescueResult result = RescueMessages(needs_.files, base_, to, needs_.clock, progress);
+  WorkReport report{FromCp1251(RescueSummary(result)), {}};
+  if (result.complete)
+    report.summary +=
+        QStringLiteral("\n\nНовая база: %1. Откройте её командой «Открыть». Повреждённый файл остался прежним.")
+            .arg(QStringFromPath(to));
+  for (const std::string& line : RescueDetails(result)) report.lines.append(FromCp1251(line));
+  return report;
 }

@@ -64,7 +64,8 @@ WorkReport frmCompactBase::Compact(FileSystem& files, MessageBase& base, Progres
     base.OpenBase(path);
     throw Error(error.number(),
                 Cat("Сжать базу не удалось, сообщения остались на своих местах. "_ru, error.what(),
-                    "\nЕсли файл повреждён, команда «Проверить базу» перечислит, что в нём не так."_ru));
+                    "\nЕсли файл повреждён, команда «Проверить базу» перечислит, что в нём не так, и предложит "
+                    "спасти сообщения в новую базу."_ru));
   }
   base.OpenBase(path);
   compacted_ = result.complete;

@@ -146,6 +146,7 @@ TEST_F(UpkeepWindows, ACheckSaysThatAllIsWellOrWhatIsWrong) {
     Show(window);
     EXPECT_EQ(Status(window), "База в порядке: ошибок нет.");
     EXPECT_EQ(Details(window), "(hidden)");
+    EXPECT_TRUE(Find<QPushButton>(window, "cmdRescue")->isHidden());
   }
   std::string bytes = folder_.Get("kdv_2024.mdb");
   bytes.replace(bytes.size() - 3 * 2048, 2 * 2048, 2 * 2048, '\xEE');
@@ -154,6 +155,28 @@ TEST_F(UpkeepWindows, ACheckSaysThatAllIsWellOrWhatIsWrong) {
   Show(window);
   EXPECT_THAT(Status(window), StartsWith("База повреждена. Ошибок: "));
   EXPECT_THAT(Details(window), StartsWith("Ошибка: "));
+
+  const std::string whole = folder_ / "kdv_2024_rescued.mdb";
+  dialogs_.base = whole;
+  Click(window, "cmdRescue");
+  EXPECT_EQ(dialogs_.base_start, whole);
+  EXPECT_THAT(Status(window), testing::AllOf(StartsWith("Спасено сообщений: "), HasSubstr(whole)));
+  EXPECT_THAT(Details(window), HasSubstr("Повреждённые страницы файла: "));
+  EXPECT_TRUE(folder_.Get("kdv_2024.mdb") == bytes);
+  base_.OpenBase(whole);
+  EXPECT_EQ(base_.forum_kind(), "kdv");
+}
+
+TEST_F(UpkeepWindows, AFileThatCannotBeCheckedCanStillBeRescued) {
+  Fill(1, 40);
+  const std::string bytes = folder_.Get("kdv_2024.mdb");
+  folder_.Put("kdv_2024.mdb", bytes.substr(0, bytes.size() - 100));
+  frmCheckBase window(needs_, path_);
+  Show(window);
+  EXPECT_FALSE(Find<QPushButton>(window, "cmdRescue")->isHidden()) << Status(window);
+  dialogs_.base = folder_ / "kdv_new.mdb";
+  Click(window, "cmdRescue");
+  EXPECT_THAT(Status(window), StartsWith("Спасен"));
 }
 
 }  // namespace
