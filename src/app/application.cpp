@@ -85,7 +85,10 @@ void Application::ImportPages(KDVExplorer& explorer) {
 void Application::CompactBase(KDVExplorer& explorer) { ::CompactBase(ForUpkeep(), explorer.Base(), &explorer); }
 
 void Application::CheckBase(KDVExplorer& explorer) {
-  if (explorer.Base().IsOpen()) frmCheckBase(ForUpkeep(), explorer.Base().path(), &explorer).exec();
+  // One that does not open at all has to be named.
+  const std::optional<std::string> path =
+      explorer.Base().IsOpen() ? explorer.Base().path() : dialogs_.ChooseBase(&explorer, ini_.ProgramFolder());
+  if (path) frmCheckBase(ForUpkeep(), *path, &explorer).exec();
 }
 
 void Application::OpenLink(const QUrl& target) {

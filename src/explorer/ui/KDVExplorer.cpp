@@ -16,6 +16,7 @@
 #include "explorer/base_rows.h"
 #include "explorer/downloaded_messages.h"
 #include "explorer/empty_tree.h"
+#include "explorer/ui/damage_hint.h"
 #include "explorer/ui/long_work.h"
 #include "explorer/ui/window_state.h"
 #include "store/message_rows.h"
@@ -297,7 +298,10 @@ bool KDVExplorer::Advance(int percent) {
   return !closing_;
 }
 
-void KDVExplorer::TellWithNumber(const Error& error) { Tell(Cat(error.number(), "\r\n", error.what())); }
+void KDVExplorer::TellWithNumber(const Error& error) {
+  Tell(Cat(error.number(), "\r\n", error.what()));
+  ShowDamageHint(*StatBar_, error);
+}
 
 void KDVExplorer::Tell(std::string_view trouble) { needs_.dialogs.Tell(this, FromCp1251(trouble)); }
 
@@ -382,6 +386,7 @@ void KDVExplorer::tree_NodeClick(const QModelIndex& index) {
     Show(ViewOfNode(node), is_found ? FromCp1251(TextToMark(commands_->searched())) : QString());
   } catch (const Error& error) {
     Tell(error.what());
+    ShowDamageHint(*StatBar_, error);
   }
 }
 

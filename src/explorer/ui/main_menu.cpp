@@ -38,7 +38,7 @@ constexpr Line kLines[] = {
     Shared("cmdExport"),
     kSeparator,
     Command("mnuCompact", "С&жать базу", "", MenuCommand::kCompact, Needs::kBase),
-    Command("mnuCheck", "&Проверить базу", "", MenuCommand::kCheck, Needs::kBase),
+    Command("mnuCheck", "&Проверить базу", "", MenuCommand::kCheck),
     kSeparator,
     Command("mnuQuit", "В&ыход", "Ctrl+Q", MenuCommand::kQuit),
 

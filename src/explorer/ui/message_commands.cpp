@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "explorer/email_lookup.h"
+#include "explorer/ui/damage_hint.h"
 #include "explorer/ui/long_work.h"
 #include "ui/text.h"
 
@@ -38,6 +39,7 @@ void MessageCommands::Try(Action action) {
     action();
   } catch (const Error& error) {
     needs_.dialogs.Tell(needs_.window, FromCp1251(error.what()));
+    ShowDamageHint(*needs_.status, error);
   }
 }
 
