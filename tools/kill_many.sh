@@ -5,7 +5,7 @@
 set -eu
 build=${1:-build/dev}
 case ${3:-store} in
-  store) test=tests/store/store_test filter='Killed.*' ;;
+  store) test=tests/store/store_test filter='*Killed.*' ;;
   fetch) test=tests/cli/ui/cli_ui_test filter='FetchKilled.*' ;;
   *) sed -n 2,4p "$0" >&2; exit 2 ;;
 esac

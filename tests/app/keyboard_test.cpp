@@ -15,6 +15,7 @@
 #include "explorer/ui/message_body.h"
 #include "support/offscreen_app.h"
 #include "support/temp_folder.h"
+#include "text/strings.h"
 #include "typist.h"
 #include "ui/status_panels.h"
 
@@ -30,12 +31,7 @@ class WholeProgram : public testing::Test {
       qunsetenv(name);
     qputenv("QUORVEX_SETTINGS", QByteArray::fromStdString(folder_ / "settings.ini"));
     demo_folder::Make(files_, folder_.path(), server_.Address(), site_, 40, clock_);
-    std::string ini = folder_.Get("forum.ini");
-    const std::string opens = "NeedOpenIE=1";
-    const std::size_t at = ini.find(opens + "\r\n");
-    if (at == std::string::npos) throw std::runtime_error("forum.ini has no " + opens);
-    ini[at + opens.size() - 1] = '0';  // no browser here
-    folder_.Put("forum.ini", ini);
+    folder_.Put("forum.ini", text::ReplaceAll(folder_.Get("forum.ini"), "NeedOpenIE=1", "NeedOpenIE=0"));  // no browser
   }
   ~WholeProgram() override { qunsetenv("QUORVEX_SETTINGS"); }
 
@@ -49,27 +45,24 @@ class WholeProgram : public testing::Test {
   static std::string Status() { return Find<StatusPanels>("StatBar")->Panel(1).toStdString(); }
   static bool StatusHas(const char* text) { return Status().find(text) != std::string::npos; }
 
-  /// The window must have a name for everything that the keyboard reaches.
-  static void CheckNames() {
-    EXPECT_THAT(NamelessControls(*Typist::Top()), testing::IsEmpty()) << Typist::Top()->objectName().toStdString();
-  }
-
-  /// What the user does when a window has come up.
-  void At(const char* window, Typist::Action action) {
-    user_.When(
-        window, [window] { return Typist::IsTop(window); },
-        [action] {
-          CheckNames();
-          action();
-        });
-  }
-  /// What the user does in the main window when its status says so.
-  void InMainWindow(const char* status, Typist::Action action) {
-    const auto is_there = [status] { return Typist::IsTop("KDVExplorer") && StatusHas(status); };
-    user_.When(std::string("the main window with ") + status, is_there, [action] {
-      CheckNames();
+  /// What the user does when it is time. Every window on top has a name for all that the keyboard reaches.
+  void When(std::string what, Typist::Condition is_there, Typist::Action action) {
+    user_.When(std::move(what), std::move(is_there), [action] {
+      EXPECT_THAT(NamelessControls(*Typist::Top()), testing::IsEmpty()) << Typist::Top()->objectName().toStdString();
       action();
     });
+  }
+  void At(const char* window, Typist::Action action) {
+    const auto is_top = [window] { return Typist::IsTop(window); };
+    When(window, is_top, action);
+  }
+  void AtQuestion(const char* kind, Typist::Action action) {
+    const auto is_asked = [kind] { return Typist::Top()->inherits(kind); };
+    When(kind, is_asked, action);
+  }
+  void InMainWindow(const char* status, Typist::Action action) {
+    const auto is_there = [status] { return Typist::IsTop("KDVExplorer") && StatusHas(status); };
+    When(std::string("the main window with ") + status, is_there, action);
   }
 
   Typist user_;
@@ -95,19 +88,16 @@ TEST_F(WholeProgram, DoesItsWholeJobByKeyboardAlone) {
     Typist::Press(Qt::Key_Space);
     Typist::Press(Qt::Key_F, Qt::ControlModifier);
   });
-  user_.When(
-      "the question for a text", [] { return Typist::Top()->inherits("QInputDialog"); },
-      [] {
-        CheckNames();
-        Typist::Type(QStringLiteral("е"));
-        Typist::Press(Qt::Key_Return);
-      });
+  AtQuestion("QInputDialog", [] {
+    Typist::Type(QStringLiteral("е"));
+    Typist::Press(Qt::Key_Return);
+  });
   InMainWindow("Найдено ", [] { Typist::Press(Qt::Key_F9); });
   At("frmDownload", [] {
     Typist::TabTo("cmdDownload");
     Typist::Press(Qt::Key_Space);
   });
-  user_.When(
+  When(
       "the end of the session", [] { return Find<QPushButton>("cmdDownload")->isEnabled(); },
       [&] {
         downloaded = static_cast<std::size_t>(Find<QTreeView>("lvDownload")->model()->rowCount());
@@ -119,12 +109,7 @@ TEST_F(WholeProgram, DoesItsWholeJobByKeyboardAlone) {
     Typist::TabTo("tree");
     Typist::Press(Qt::Key_Delete);
   });
-  user_.When(
-      "the question before a deletion", [] { return Typist::Top()->inherits("QMessageBox"); },
-      [] {
-        CheckNames();
-        Typist::Press(Qt::Key_Return);
-      });
+  AtQuestion("QMessageBox", [] { Typist::Press(Qt::Key_Return); });
   InMainWindow("Сообщение удалено.", [] { Typist::Press(Qt::Key_N, Qt::ControlModifier); });
   const std::pair<const char*, Qt::Key> visits[] = {
       {"frmNewBase", Qt::Key_I}, {"frmImportPages", Qt::Key_P}, {"frmProperties", Qt::Key_O}};

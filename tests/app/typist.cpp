@@ -3,13 +3,12 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QTest>
 #include <QTimer>
 
 namespace {
 constexpr int kMilliseconds = 5;  // between two looks
-constexpr int kMostLooks = 2000;
+constexpr int kMostLooks = 12'000;
 
 // Without a screen there is no window manager, which gives the keys to the window below one that closes.
 void ActivateSomeWindow() {
@@ -49,9 +48,7 @@ void Typist::TabTo(const char* control) {
     if (focus != nullptr && focus->objectName() == QLatin1String(control)) return;
     Press(Qt::Key_Tab);
   }
-  const QWidget* focus = QApplication::focusWidget();
-  throw std::runtime_error(std::string("Tab never comes to ") + control + ", but to " +
-                           (focus == nullptr ? "nothing" : focus->objectName().toStdString()));
+  throw std::runtime_error(std::string("Tab never comes to ") + control);
 }
 
 void Typist::Wait() { QTimer::singleShot(kMilliseconds, this, &Typist::Look); }
@@ -62,8 +59,6 @@ void Typist::Look() {
   if (Top() == nullptr || !Top()->isActiveWindow() || !steps_.front().condition()) {
     if (++looks_ < kMostLooks) return Wait();
     stuck_ = steps_.front().waiting_for + ", but on top is " + (Top() ? Top()->objectName().toStdString() : "nothing");
-    for (const QLineEdit* box : Top() ? Top()->findChildren<QLineEdit*>() : QList<QLineEdit*>())
-      stuck_ += "; " + box->text().toStdString();
     for (const QLabel* label : Top() ? Top()->findChildren<QLabel*>() : QList<QLabel*>())
       stuck_ += "; " + label->text().toStdString();
     return QCoreApplication::exit(1);

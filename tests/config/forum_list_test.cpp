@@ -5,18 +5,13 @@
 
 #include "base/ru_literal.h"
 #include "config/program_folder.h"
-#include "support/temp_folder.h"
+#include "support/program_stage.h"
 
 namespace {
 
 using testing::ElementsAre;
 
-class ForumList : public testing::Test {
- protected:
-  TempFolder folder_;
-  DiskFileSystem files_;
-  mdl_AZ::ForumIni ini_{files_, folder_.path()};
-};
+class ForumList : public testing::Test, protected ProgramStage {};
 
 TEST_F(ForumList, EndsAtTheCountOrTheFirstEmptyCode) {
   const struct {
@@ -65,26 +60,22 @@ TEST_F(ForumList, ForumsSwitchedOffAreLeftOut) {
   EXPECT_EQ(forum_list::ForumName(ini_, "c"), "c");
 }
 
-TEST(ShippedForumIni, NamesSixForumsWithAllThatEachNeeds) {
-  const TempFolder folder;
-  program_folder::Prepare(folder.path(), FORUM_SOURCE_DIR "/packaging");
-  DiskFileSystem files;
-  const mdl_AZ::ForumIni ini(files, folder.path());
-  const std::string shipped = folder.Get("forum.ini");
-  const std::vector<std::string> codes = forum_list::ForumsInUse(ini);
+TEST_F(ForumList, TheShippedOneNamesSixForumsWithAllThatEachNeeds) {
+  program_folder::Prepare(folder_.path(), FORUM_SOURCE_DIR "/packaging");
+  const std::string shipped = folder_.Get("forum.ini");
+  const std::vector<std::string> codes = forum_list::ForumsInUse(ini_);
   EXPECT_THAT(codes, ElementsAre("rts-an", "kdv", "ptrv", "moysha", "gelium", "ows_ptrv"));
   for (const std::string& code : codes) {
-    EXPECT_NE(ini.ReadForumIni(code, "NAME"), "") << code;
-    EXPECT_NE(ini.ReadForumIni(code, "DOMAIN"), "") << code;
-    EXPECT_EQ(ini.BaseFolder(code), folder.path()) << code;
-    EXPECT_EQ(ini.ReadForumIni(code, "URL").empty(), code == "rts-an") << code;
+    for (const char* key : {"NAME", "DOMAIN"}) EXPECT_NE(ini_.ReadForumIni(code, key), "") << code;
+    EXPECT_EQ(ini_.BaseFolder(code), folder_.path()) << code;
+    EXPECT_EQ(ini_.ReadForumIni(code, "URL").empty(), code == "rts-an") << code;
   }
-  EXPECT_EQ(ini.ReadForumIni("kdv", "NAME"), "Форум Velmora"_ru);  // Windows-1251
-  EXPECT_FALSE(ini.GetIsLog() || ini.GetIsXsl());
-  EXPECT_TRUE(ini.GetNeedOpenBrowser() && ini.GetOpenNewBrowser());
-  EXPECT_EQ(ini.GetLineSize(), 80);
-  EXPECT_EQ(ini.GetExportXsl(), "..\\message.xsl");
-  EXPECT_EQ(folder.Get("forum.ini"), shipped);  // every default is there already
+  EXPECT_EQ(ini_.ReadForumIni("kdv", "NAME"), "Форум Velmora"_ru);  // Windows-1251
+  EXPECT_FALSE(ini_.GetIsLog() || ini_.GetIsXsl());
+  EXPECT_TRUE(ini_.GetNeedOpenBrowser() && ini_.GetOpenNewBrowser());
+  EXPECT_EQ(ini_.GetLineSize(), 80);
+  EXPECT_EQ(ini_.GetExportXsl(), "..\\message.xsl");
+  EXPECT_EQ(folder_.Get("forum.ini"), shipped);  // every default is there already
 }
 
 }  // namespace

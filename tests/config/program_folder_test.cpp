@@ -35,12 +35,12 @@ TEST(ProgramFolder, TheFirstPlaceThatAppliesWins) {
 
 TEST(ProgramFolder, ShippedFilesLieBesideTheProgramOrInTheSourceTree) {
   const TempFolder disk;
-  EXPECT_EQ(program_folder::ShippedFolder({.executable = disk / "src/build/app/quorvex"}), "");
-  disk.Put("src/packaging/forum.ini");
-  EXPECT_EQ(program_folder::ShippedFolder({.executable = disk / "src/build/app/quorvex"}), disk / "src/packaging");
-  disk.Put("src/build/share/quorvex/forum.ini");
-  EXPECT_EQ(program_folder::ShippedFolder({.executable = disk / "src/build/app/quorvex"}),
-            disk / "src/build/share/quorvex");
+  const Places built{.executable = disk / "src/build/app/quorvex"};
+  EXPECT_EQ(program_folder::ShippedFolder(built), "");
+  for (const char* const folder : {"src/packaging", "src/build/share/quorvex"}) {
+    disk.Put(std::string(folder) + "/forum.ini");
+    EXPECT_EQ(program_folder::ShippedFolder(built), disk / folder);
+  }
   EXPECT_EQ(program_folder::ShippedFolder({}), "");
 }
 
@@ -57,22 +57,20 @@ TEST(ProgramFolder, AShippedFileIsReadWhereTheUserMayHaveChangedItFirst) {
 
 TEST(ProgramFolder, OnlyAFirstUseBringsTheShippedFiles) {
   const TempFolder disk;
-  disk.Put("shipped/forum.ini", "new");
-  disk.Put("shipped/message.xsl", "new");
+  const auto prepare = [&](const char* folder) { program_folder::Prepare(disk / folder, disk / "shipped"); };
+  for (const char* const name : {"forum.ini", "message.xsl"}) disk.Put(std::string("shipped/") + name, "new");
   disk.Put("home/message.xsl", "mine");
-  program_folder::Prepare(disk / "home", disk / "shipped");
+  prepare("home");
   EXPECT_EQ(disk.Get("home/forum.ini"), "new");
   EXPECT_EQ(disk.Get("home/message.xsl"), "mine");
-  EXPECT_FALSE(std::filesystem::exists(disk / "home/readme.txt"));
-
   std::filesystem::remove(disk / "home/message.xsl");  // the user's wish, and so it stays
-  program_folder::Prepare(disk / "home", disk / "shipped");
+  prepare("home");
   EXPECT_FALSE(std::filesystem::exists(disk / "home/message.xsl"));
 
-  program_folder::Prepare(disk / "deep/er", disk / "shipped");
-  EXPECT_EQ(disk.Get("deep/er/forum.ini"), "new");
+  prepare("new/folder");
+  EXPECT_EQ(disk.Get("new/folder/forum.ini"), "new");
   disk.Put("file");
-  EXPECT_NO_THROW(program_folder::Prepare(disk / "file/sub", disk / "shipped"));
+  EXPECT_NO_THROW(prepare("file/sub"));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "config/user_settings.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "config/settings_checks.h"
@@ -11,17 +10,35 @@ namespace {
 using namespace user_settings;
 
 TEST(UserSettings, AFirstStartBuildsByThreadThirtyDaysTwoOfThemNew) {
-  const MemorySettings store;
-  const TreeSettings tree = ToTreeSettings(SettingsForOpening(store));
+  const TreeSettings tree = ToTreeSettings(SettingsForOpening(MemorySettings()));
   EXPECT_EQ(tree.LoadDays, 30);
   EXPECT_EQ(tree.HighlightMessagesByDays, 2);
   EXPECT_TRUE(tree.BuildTreeByThread);
   EXPECT_FALSE(tree.BuildTreeByDate || tree.BuildTreeByAuthor || tree.show_author || tree.show_date);
   EXPECT_EQ(tree.open_threads, OpenThreads::kNo);
+}
 
-  const SettingTexts dialog = LoadSettings(store);  // the properties dialog shows other defaults
-  EXPECT_EQ(dialog.BuildTreeByThread + dialog.BuildTreeByDate + dialog.DefaultBase + dialog.MessageFormat, "");
-  EXPECT_EQ(dialog.LoadDays + "/" + dialog.HighlightMessagesByDays, "30/2");
+TEST(UserSettings, WordsNameWhatANodeShowsAndWhichThreadsAreOpen) {
+  const struct {
+    std::string_view format, open;
+    bool author, date;
+    OpenThreads threads;
+  } cases[] = {
+      {"", "", false, false, OpenThreads::kNo},
+      {kMessageFormats[0], "No", false, false, OpenThreads::kNo},
+      {kMessageFormats[1], "All", true, false, OpenThreads::kAll},
+      {kMessageFormats[2], "New", true, true, OpenThreads::kNew},
+      {"Тема - Дата"_ru, "all", false, true, OpenThreads::kNo},  // typed by hand
+  };
+  for (const auto& c : cases) {
+    SettingTexts texts;
+    texts.MessageFormat = c.format;
+    texts.OpenThreads = c.open;
+    const TreeSettings tree = ToTreeSettings(texts);
+    EXPECT_EQ(tree.show_author, c.author) << c.format;
+    EXPECT_EQ(tree.show_date, c.date) << c.format;
+    EXPECT_EQ(tree.open_threads, c.threads) << c.open;
+  }
 }
 
 TEST(UserSettings, StoredTextsBecomeWhatTreeBuildingTakes) {
@@ -47,50 +64,6 @@ TEST(UserSettings, StoredTextsBecomeWhatTreeBuildingTakes) {
     EXPECT_EQ(settings_checks::LoadDaysAreValid(c.text), c.load_days != 0) << c.text;
     EXPECT_EQ(settings_checks::HighlightDaysAreValid(c.text), c.days != 0) << c.text;
   }
-}
-
-TEST(UserSettings, TheCaptionsWordsNameWhatANodeShows) {
-  const struct {
-    std::string_view format;
-    bool author, date;
-  } cases[] = {
-      {"", false, false},
-      {kMessageFormats[0], false, false},
-      {kMessageFormats[1], true, false},
-      {kMessageFormats[2], true, true},
-      {"Тема - Дата"_ru, false, true},  // typed by hand
-  };
-  for (const auto& c : cases) {
-    SettingTexts texts;
-    texts.MessageFormat = c.format;
-    const TreeSettings tree = ToTreeSettings(texts);
-    EXPECT_EQ(tree.show_author, c.author) << c.format;
-    EXPECT_EQ(tree.show_date, c.date) << c.format;
-  }
-}
-
-TEST(UserSettings, OnlyThreeWordsOpenThreads) {
-  EXPECT_EQ(OpenThreadsFromText("All"), OpenThreads::kAll);
-  EXPECT_EQ(OpenThreadsFromText("New"), OpenThreads::kNew);
-  EXPECT_EQ(OpenThreadsFromText("all"), OpenThreads::kNo);
-}
-
-TEST(UserSettings, SavingKeepsTheOldBaseWhenTheFieldWasCleared) {
-  MemorySettings store;
-  SettingTexts texts = LoadSettings(store);
-  texts.LoadDays = kWholeArchiveText;
-  texts.DefaultBase = "/дом/日本.mdb";
-  texts.OpenThreads = "New";
-  SaveSettings(store, texts);
-  texts.DefaultBase.clear();
-  texts.OpenThreads.clear();
-  SaveSettings(store, texts);
-  EXPECT_EQ(store.Get("loaddays", ""), "Весь архив");  // UTF-8 in the store
-  const SettingTexts again = LoadSettings(store);
-  EXPECT_EQ(again.LoadDays, kWholeArchiveText);
-  EXPECT_EQ(again.DefaultBase, "/дом/日本.mdb");
-  EXPECT_EQ(again.OpenThreads, "New");
-  EXPECT_EQ(store.saves(), 2);
 }
 
 }  // namespace

@@ -16,9 +16,8 @@ struct Stage : MessageEdits, DeletionView {
   bool ok = true, base_fails = false;
   std::string told;
 
-  NodeId Add(std::int32_t number, std::int32_t answered) {
-    const NodeId parent = answered == 0 ? threads : tree.Find(NodeKind::kThreadMessage, answered);
-    return tree.Add(parent, Placement::kLastChild, NodeKind::kThreadMessage, number, "");
+  void Add(std::int32_t number, std::int32_t answered) {
+    tree.Add(answered == 0 ? threads : Message(answered), Placement::kLastChild, NodeKind::kThreadMessage, number, "");
   }
   NodeId Message(std::int32_t number) const { return tree.Find(NodeKind::kThreadMessage, number); }
 
@@ -47,38 +46,32 @@ Stage Threads() {
   return stage;
 }
 
-const std::string kTitle = "[Удаление сообщений из базы? ";
-
-TEST(DeleteMessages, AMessageAloneTakesItsRepliesOutOfTheTreeOnly) {
-  Stage stage = Threads();
-  DeleteMessage(stage.tree, stage.Message(2), stage, stage);
-  EXPECT_EQ(stage.told,
-            kTitle +
-                "На это сообщение есть ответы.\r\nПосле удаления этого сообщения они появятся в ветке 'Оборванные "
-                "цепочки'.\r\nУдалить это сообщение ?][deleted 2][removed 2]"
-                "[Сообщение удалено. Все ответы на него появятся в ветке 'Оборванные цепочки']");
-  EXPECT_EQ(TreeText(stage.tree), "Цепочка\n  C0000001\n    C0000005\n  C0000006\n");
-}
-
-TEST(DeleteMessages, AMessageWithoutRepliesIsAskedForAndToldShortly) {
-  Stage stage = Threads();
-  DeleteMessage(stage.tree, stage.Message(6), stage, stage);
-  EXPECT_EQ(stage.told, kTitle + "Удалить это сообщение ?][deleted 6][removed 6][Сообщение удалено.]");
-}
-
-TEST(DeleteMessages, RepliesGoBeforeWhatTheyAnswer) {
+TEST(DeleteMessages, AsksDeletesRepliesBeforeWhatTheyAnswerAndTellsTheRest) {
+  const std::string title = "[Удаление сообщений из базы? ", alone = "Удалить это сообщение ?]",
+                    all = title + "Удалить это сообщение вместе со всеми ответами на него ?]",
+                    breaks =
+                        "На это сообщение есть ответы.\r\nПосле удаления этого сообщения они появятся в ветке "
+                        "'Оборванные цепочки'.\r\n";
   const struct {
+    decltype(&DeleteMessage) action;
     std::int32_t number;
     std::string told, tree;
   } cases[] = {
-      {1, "[deleted 3 4 2 5 1][removed 1][Удалено 5 сообщений]", "Цепочка\n  C0000006\n"},
-      {2, "[deleted 3 4 2][removed 2][Удалено 3 сообщений]", "Цепочка\n  C0000001\n    C0000005\n  C0000006\n"},
+      {DeleteMessage, 2,
+       title + breaks + alone +
+           "[deleted 2][removed 2][Сообщение удалено. Все ответы на него появятся в ветке 'Оборванные цепочки']",
+       "  C0000001\n    C0000005\n  C0000006\n"},
+      {DeleteMessage, 6, title + alone + "[deleted 6][removed 6][Сообщение удалено.]",
+       "  C0000001\n    C0000002\n      C0000003\n      C0000004\n    C0000005\n"},
+      {DeleteWithReplies, 1, all + "[deleted 3 4 2 5 1][removed 1][Удалено 5 сообщений]", "  C0000006\n"},
+      {DeleteWithReplies, 2, all + "[deleted 3 4 2][removed 2][Удалено 3 сообщений]",
+       "  C0000001\n    C0000005\n  C0000006\n"},
   };
   for (const auto& c : cases) {
     Stage stage = Threads();
-    DeleteWithReplies(stage.tree, stage.Message(c.number), stage, stage);
-    EXPECT_EQ(stage.told, kTitle + "Удалить это сообщение вместе со всеми ответами на него ?]" + c.told);
-    EXPECT_EQ(TreeText(stage.tree), c.tree);
+    c.action(stage.tree, stage.Message(c.number), stage, stage);
+    EXPECT_EQ(stage.told, c.told);
+    EXPECT_EQ(TreeText(stage.tree), "Цепочка\n" + c.tree);
   }
 }
 
@@ -88,8 +81,7 @@ TEST(DeleteMessages, CancelAndAFailingBaseLeaveEverythingAsItWas) {
     const std::string before = TreeText(stage.tree);
     stage.ok = false;
     action(stage.tree, stage.Message(1), stage, stage);
-    stage.ok = true;
-    stage.base_fails = true;
+    stage.ok = stage.base_fails = true;
     EXPECT_THROW(action(stage.tree, stage.Message(1), stage, stage), FileError);
     EXPECT_EQ(TreeText(stage.tree), before);
     EXPECT_EQ(stage.told.find("[deleted"), std::string::npos);
@@ -104,21 +96,6 @@ TEST(DeleteMessages, AThreadMayBeAsDeepAsItLikes) {
   DeleteWithReplies(stage.tree, stage.Message(1), stage, stage);
   EXPECT_TRUE(stage.told.ends_with("[Удалено 1000000 сообщений]"));
   EXPECT_EQ(TreeText(stage.tree), "Цепочка\n");
-}
-
-TEST(DeleteMessages, IsOfferedForMessagesOfThreadsOnly) {
-  Stage stage = Threads();
-  const NodeId dated = stage.tree.Add(stage.threads, Placement::kLastChild, NodeKind::kDateMessage, 1, "");
-  const NodeId found = stage.tree.Add(stage.threads, Placement::kLastChild, NodeKind::kFoundMessage, 1, "");
-  const struct {
-    NodeId node;
-    bool alone, with_replies;
-  } cases[] = {{stage.Message(1), true, true}, {stage.Message(3), true, false}, {stage.threads, false, false},
-               {dated, false, false},          {found, false, false},           {kRootNode, false, false}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(CanDelete(stage.tree, c.node), c.alone) << c.node;
-    EXPECT_EQ(CanDeleteWithReplies(stage.tree, c.node), c.with_replies) << c.node;
-  }
 }
 
 }  // namespace

@@ -8,11 +8,11 @@
 
 namespace {
 
+/// Threads 30-31-32 and 10-11, 50 broken; all under one date too.
 NodeTree SmallTree() {
   NodeTree tree;
-  const NodeId threads = tree.Add(kRootNode, Placement::kLastChild, NodeKind::kThreads, 0, "t");
-  const NodeId broken = tree.Add(kRootNode, Placement::kLastChild, NodeKind::kBroken, 0, "b");
-  const NodeId dates = tree.Add(kRootNode, Placement::kLastChild, NodeKind::kDates, 0, "d");
+  const auto top = [&](NodeKind kind) { return tree.Add(kRootNode, Placement::kLastChild, kind, 0, ""); };
+  const NodeId threads = top(NodeKind::kThreads), broken = top(NodeKind::kBroken), dates = top(NodeKind::kDates);
   const auto add = [&](NodeId parent, std::int32_t number) {
     const NodeLabel label = tree.AddLabel(number, "m");
     tree.Add(dates, Placement::kLastChild, NodeKind::kDateMessage, label);
@@ -42,16 +42,14 @@ TEST(MarkDownloaded, OpensThreadsThatWentOnAndFindsTheFirstInTheTree) {
     const NodeId first = MarkDownloaded(tree, c.numbers);
     EXPECT_EQ(first == kNoNode ? 0 : tree.Number(first), c.first);
     EXPECT_EQ(TreeText(tree, tree.Find(NodeKind::kThreads)), c.threads);
+    EXPECT_EQ(TreeText(tree, tree.Find(NodeKind::kBroken)), "C0000050 !\n");
     for (const std::int32_t number : {30, 31, 32, 10, 11, 50})
       EXPECT_EQ(tree.IsNewMessage(tree.Find(NodeKind::kThreadMessage, number)),
                 std::count(c.numbers.begin(), c.numbers.end(), number) == 1);
+    tree.Remove(tree.Find(NodeKind::kThreads));
+    tree.Remove(tree.Find(NodeKind::kBroken));
+    EXPECT_EQ(MarkDownloaded(tree, {31}), tree.Find(NodeKind::kDateMessage, 31)) << "the dates alone show it";
   }
-}
-
-TEST(MarkDownloaded, FindsAMessageThatOnlyTheDatesShow) {
-  NodeTree tree = SmallTree();
-  tree.Remove(tree.Find(NodeKind::kThreads));
-  EXPECT_EQ(MarkDownloaded(tree, {31}), tree.Find(NodeKind::kDateMessage, 31));
 }
 
 }  // namespace

@@ -7,12 +7,12 @@
 #include "base/cp1251.h"
 #include "base/error.h"
 #include "store/message_rows.h"
-#include "support/fixed_clock.h"
-#include "support/temp_folder.h"
+#include "support/error_of.h"
+#include "support/program_stage.h"
 
 namespace {
 
-class MessageBaseTest : public testing::Test {
+class MessageBaseTest : public testing::Test, protected ProgramStage {
  protected:
   void SetUp() override {
     if (!std::filesystem::exists(std::string(FORUM_SAMPLES) + "/kdv_2002.mdb"))
@@ -26,11 +26,8 @@ class MessageBaseTest : public testing::Test {
     std::filesystem::copy_file(std::string(FORUM_SAMPLES) + "/" + sample + ".mdb", folder_ / name);
     return folder_ / name;
   }
+  bool HasMessage() { return ReadMessage(base_.connection(), 1).has_value(); }
 
-  TempFolder folder_;
-  DiskFileSystem files_;
-  FixedClock clock_{2002, 3, 15};
-  mdl_AZ::ForumIni ini_{files_, folder_.path()};
   MessageBase base_{files_, clock_, ini_};
 };
 
@@ -63,21 +60,19 @@ TEST_F(MessageBaseTest, AFileThatCannotBeOpenedLeavesTheBaseBefore) {
   for (const char* name : {"ptrv_absent.mdb", "ptrv_text.mdb", "ptrv_folder.mdb", "ptrv_locked.mdb"}) {
     EXPECT_THROW(base_.OpenBase(folder_ / name), Error) << name;
     EXPECT_EQ(base_.forum_kind(), "kdv") << name;
-    EXPECT_TRUE(ReadMessage(base_.connection(), 1).has_value()) << name;
+    EXPECT_TRUE(HasMessage()) << name;
   }
-}
-
-TEST_F(MessageBaseTest, AFileWithoutTheObjectsOfABaseTakesItsPlaceButNotItsForum) {
-  base_.OpenBase(Copy("kdv_2002", "kdv.mdb"));
+  // One without the objects of a base takes its place, but not its forum.
   const std::string path = Copy("access97_types", "ptrv.mdb");
   EXPECT_THROW(base_.OpenBase(path), Error);
   EXPECT_EQ(base_.path(), path);
   EXPECT_EQ(base_.forum_kind(), "kdv");
-  EXPECT_THROW(ReadMessage(base_.connection(), 1), SqlError);
+  EXPECT_THROW(HasMessage(), SqlError);
 }
 
 TEST_F(MessageBaseTest, AMessageIsReadWholeOrNotAtAll) {
-  base_.OpenBase(Copy("ptrv_2002", "ptrv.mdb"));
+  Copy("ptrv_2002", "ptrv.mdb");
+  base_.OpenBase(folder_ / "PTRV.mdb");  // the spelling on the disk is found
   const auto message = ReadMessage(base_.connection(), 1);
   ASSERT_TRUE(message.has_value());
   EXPECT_EQ(message->Код, 1);
@@ -87,21 +82,10 @@ TEST_F(MessageBaseTest, AMessageIsReadWholeOrNotAtAll) {
   EXPECT_FALSE(ReadMessage(base_.connection(), 9'999'999).has_value());
 }
 
-TEST(MessageBase, WithoutABaseThereIsError91) {
-  DiskFileSystem files;
-  const FixedClock clock(2002, 3, 15);
-  const mdl_AZ::ForumIni ini(files, "/nowhere");
-  MessageBase base(files, clock, ini);
-  EXPECT_FALSE(base.IsOpen());
-  try {
-    base.connection();
-    FAIL();
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number(), error_number::kBaseNotOpen);
-  }
-}
-
-TEST(MessageBase, TheFailureTextNamesTheFile) {
+TEST(MessageBase, WithoutOneThereIsError91AndTheFailureTextNamesTheFile) {
+  ProgramStage stage;
+  MessageBase none(stage.files_, stage.clock_, stage.ini_);
+  EXPECT_EQ(ErrorOf([&] { none.connection(); }), error_number::kBaseNotOpen);
   EXPECT_EQ(cp1251::ToUtf8(OpenFailureText("/базы/kdv.mdb")),
             "Ошибка при загрузке /базы/kdv.mdb\r\nПожалуйста, выберите другой файл...");
 }

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QSignalSpy>
 #include <QTest>
-#include <QTreeView>
 
 #include "small_tree.h"
 
@@ -12,23 +10,12 @@ namespace {
 
 using user_settings::OpenThreads;
 
-struct Window {
-  TreeModel model;
-  QTreeView view;
-  TreeExpansion* expansion;
-
-  Window() {
-    view.setUniformRowHeights(true);
-    view.setModel(&model);
-    expansion = new TreeExpansion(&view, &model);
-    view.resize(400, 300);
-    view.show();
-  }
-  ~Window() { view.setModel(nullptr); }
-  QModelIndex Of(NodeKind kind, int number = 0) const { return model.IndexOf(model.Tree().Find(kind, number)); }
-  bool IsOpen(int number) const { return view.isExpanded(Of(NodeKind::kThreadMessage, number)); }
+class Expansion : public testing::Test, protected ShownTree {
+ protected:
+  Expansion() { new TreeExpansion(&view, &model); }
+  void Expand(NodeKind kind, int number = 0) { view.expand(Of(kind, number)); }
   /// Rows that scrolling through the whole view would show.
-  int RowsShown() {
+  int RowsShown() const {
     int rows = 0;
     for (QModelIndex index = model.index(0, 0); index.isValid(); index = view.indexBelow(index)) ++rows;
     return rows;
@@ -37,71 +24,53 @@ struct Window {
 
 /// `threads` threads of three messages, one under the other.
 std::vector<ListRow> Threads(int threads) {
-  std::vector<ListRow> rows;
-  for (int i = 0; i < threads; ++i)
-    for (int level = 0; level < 3; ++level) rows.push_back({3 * i + level + 1, level == 0 ? 0 : 3 * i + level});
+  std::vector<ListRow> rows = Chain(3 * threads);
+  for (std::size_t start = 0; start < rows.size(); start += 3) rows[start].Вответ = 0;
   return rows;
 }
 
-TEST(TreeExpansion, AnOpenedThreadShowsEveryLevel) {
-  Window window;
-  window.model.SetTree(TreeOf(Threads(2)));
-  EXPECT_EQ(window.RowsShown(), 5);
-  window.view.expand(window.Of(NodeKind::kThreads));
-  EXPECT_EQ(window.RowsShown(), 5 + 2);
-  window.view.expand(window.Of(NodeKind::kThreadMessage, 1));
-  EXPECT_EQ(window.RowsShown(), 5 + 2 + 2);
+TEST_F(Expansion, AnOpenedThreadShowsEveryLevel) {
+  model.SetTree(TreeOf(Threads(2)));
+  EXPECT_EQ(RowsShown(), 5);
+  Expand(NodeKind::kThreads);
+  EXPECT_EQ(RowsShown(), 5 + 2);
+  Expand(NodeKind::kThreadMessage, 1);
+  EXPECT_EQ(RowsShown(), 5 + 2 + 2);
 }
 
-TEST(TreeExpansion, ThreadsToBeOpenStandOpenWhenTheyComeIntoSight) {
-  for (const int threads : {2, 500}) {
-    Window window;
-    window.model.SetTree(TreeOf(Threads(threads), OpenThreads::kAll));
-    EXPECT_EQ(window.RowsShown(), 5);
-    QTest::qWait(0);
-    window.view.expand(window.Of(NodeKind::kThreads));
-    EXPECT_EQ(window.RowsShown(), 5 + 3 * threads);
+TEST_F(Expansion, ThreadsToBeOpenStandOpenWhenTheyComeIntoSightAndAnotherTreeStartsAnew) {
+  for (const int threads : {2, 500, 3}) {
+    model.SetTree(TreeOf(Threads(threads), OpenThreads::kAll));
+    EXPECT_EQ(RowsShown(), 5);
+    QCoreApplication::processEvents();
+    Expand(NodeKind::kThreads);
+    EXPECT_EQ(RowsShown(), 5 + 3 * threads);
   }
 }
 
-TEST(TreeExpansion, WhatTheUserClosesStaysClosed) {
-  Window window;
-  window.model.SetTree(TreeOf(Threads(2), OpenThreads::kAll));
-  window.view.expand(window.Of(NodeKind::kThreads));
-  window.view.collapse(window.Of(NodeKind::kThreadMessage, 2));
-  window.view.collapse(window.Of(NodeKind::kThreads));
-  window.view.expand(window.Of(NodeKind::kThreads));
-  EXPECT_FALSE(window.IsOpen(2));
-  EXPECT_TRUE(window.IsOpen(1));
+TEST_F(Expansion, WhatTheUserClosesStaysClosed) {
+  model.SetTree(TreeOf(Threads(2), OpenThreads::kAll));
+  Expand(NodeKind::kThreads);
+  view.collapse(Of(NodeKind::kThreadMessage, 4));
+  view.collapse(Of(NodeKind::kThreads));
+  Expand(NodeKind::kThreads);
+  EXPECT_EQ(RowsShown(), 5 + 1 + 3);
 }
 
-TEST(TreeExpansion, AnotherTreeStartsAnew) {
-  Window window;
-  window.model.SetTree(TreeOf(Threads(2), OpenThreads::kAll));
-  window.view.expand(window.Of(NodeKind::kThreads));
-  window.model.SetTree(TreeOf(Threads(3)));
-  EXPECT_EQ(window.RowsShown(), 5);
+TEST_F(Expansion, TheAsteriskOpensEverythingBelow) {
+  model.SetTree(TreeOf(Threads(2)));
+  view.setCurrentIndex(Of(NodeKind::kDates));
+  QTest::keyClick(&view, Qt::Key_Asterisk);
+  EXPECT_EQ(RowsShown(), 5 + 3 + 6);
 }
 
-TEST(TreeExpansion, TheAsteriskOpensEverythingBelow) {
-  Window window;
-  window.model.SetTree(TreeOf(Threads(2)));
-  window.view.setCurrentIndex(window.Of(NodeKind::kDates));
-  QTest::keyClick(&window.view, Qt::Key_Asterisk);
-  EXPECT_EQ(window.RowsShown(), 5 + 3 + 6);
-  EXPECT_FALSE(window.view.isExpanded(window.Of(NodeKind::kThreads)));
-}
-
-TEST(TreeExpansion, AChainOfRepliesOfAnyLengthCanBeOpened) {
-  Window window;
-  std::vector<ListRow> chain;
-  for (int i = 1; i <= 100'000; ++i) chain.push_back({i, i - 1});
-  window.model.SetTree(TreeOf(std::move(chain), OpenThreads::kAll));
-  window.view.expand(window.Of(NodeKind::kThreads));
-  EXPECT_GT(window.RowsShown(), 900);
-  window.view.setCurrentIndex(window.Of(NodeKind::kThreads));
-  QTest::keyClick(&window.view, Qt::Key_Asterisk);
-  EXPECT_GT(window.RowsShown(), 900);
+TEST_F(Expansion, AChainOfRepliesOfAnyLengthCanBeOpened) {
+  model.SetTree(TreeOf(Chain(100'000), OpenThreads::kAll));
+  Expand(NodeKind::kThreads);
+  EXPECT_GT(RowsShown(), 900);
+  view.setCurrentIndex(Of(NodeKind::kThreads));
+  QTest::keyClick(&view, Qt::Key_Asterisk);
+  EXPECT_GT(RowsShown(), 900);
 }
 
 }  // namespace
