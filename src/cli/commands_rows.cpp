@@ -144,7 +144,8 @@ bool IsDeletion(std::string_view statement) {
 
 void DeleteRows(const Arguments& arguments, std::string_view statement, Context& context) {
   OpenBase base(arguments, context, jet::Access::kReadWrite);
-  context.out << "Удалено записей: " << base.connection.Execute(statement) << '\n';
+  const auto deleted = base.connection.Execute(statement);
+  context.out << "Удалено записей: " << deleted << '\n';
 }
 
 void Sql(const Arguments& arguments, Context& context) {

@@ -8,6 +8,12 @@
 
 namespace {
 
+using namespace std::string_view_literals;
+
+struct Case {
+  std::string_view text, want;
+};
+
 std::string AllBytes() {
   std::string bytes;
   for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
@@ -21,50 +27,27 @@ TEST(Cp1251, EveryByteSurvivesUnicodeAndBack) {
 }
 
 TEST(Cp1251, LiteralsHoldTheBytesOfTheCodePage) {
-  const struct {
-    std::string_view literal, want;
-  } cases[] = {
-      {""_ru, ""},
-      {"Az09\r\n"_ru, "Az09\r\n"},
-      {"АЯаяЁё"_ru, "\xC0\xDF\xE0\xFF\xA8\xB8"},
-      {"«»–—№€…"_ru, "\xAB\xBB\x96\x97\xB9\x88\x85"},
-      {"\u00A0\u0098"_ru, "\xA0\x98"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(c.literal, c.want);
+  const Case cases[] = {{""_ru, ""},
+                        {"Az09\r\n"_ru, "Az09\r\n"},
+                        {"АЯаяЁё"_ru, "\xC0\xDF\xE0\xFF\xA8\xB8"},
+                        {"«»–—№€…"_ru, "\xAB\xBB\x96\x97\xB9\x88\x85"},
+                        {"\u00A0\u0098"_ru, "\xA0\x98"}};
+  for (const auto& c : cases) EXPECT_EQ(c.text, c.want);
 }
 
+// Of malformed UTF-8, each byte that begins no character; a character longer than it need be is malformed.
 TEST(Cp1251, WhatItLacksBecomesAQuestionMark) {
-  const struct {
-    std::string_view utf8, want;
-  } cases[] = {
-      {"", ""},
-      {"日a", "?a"},
-      {"\xF0\x9F\x99\x82!", "?!"},  // one character beyond the 16-bit plane
-      {"\xD0", "?"},                // cut off
-      {"\xD0\xD0\x90", "?\xC0"},    // a lead byte instead of a continuation
-      {"\x80\xBF", "??"},           // continuations alone
-      {"\xC0\x80", "??"},           // NUL in two bytes is malformed
-      {"\xE0\x81\x81", "???"},      // so is a character longer than it need be
-      {"\xF0\x80\x81\x81", "????"},
-      {"\xFF\xFE", "??"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(cp1251::FromUtf8(c.utf8), c.want) << testing::PrintToString(c.utf8);
+  const Case cases[] = {{"", ""},      {"\x80\xBF", "??"}, {"\xD0\xD0\x90", "?\xC0"}, {"\xF0\x9F\x99\x82!", "?!"},
+                        {"日a", "?a"}, {"\xC0\x80", "??"}, {"\xE0\x81\x81", "???"},   {"\xF0\x80\x81\x81", "????"},
+                        {"\xD0", "?"}, {"\xFF\xFE", "??"}};
+  for (const auto& c : cases) EXPECT_EQ(cp1251::FromUtf8(c.text), c.want) << testing::PrintToString(c.text);
 }
 
+// Half a pair counts as one too; an odd last byte counts for nothing.
 TEST(Cp1251, Utf16CountsASurrogatePairAsOneCharacter) {
-  using namespace std::string_view_literals;
-  const struct {
-    std::string_view utf16, want;
-  } cases[] = {
-      {""sv, ""},
-      {"\x10\x04"sv, "\xC0"},
-      {"\x10\x04\x41"sv, "\xC0"},            // an odd last byte
-      {"\x3D\xD8\x42\xDE\x41\x00"sv, "?A"},  // a pair
-      {"\x3D\xD8\x41\x00"sv, "?A"},          // a high half alone
-      {"\x42\xDE\x41\x00"sv, "?A"},          // a low half alone
-      {"\x3D\xD8"sv, "?"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(cp1251::FromUtf16(AsBytes(c.utf16)), c.want);
+  const Case cases[] = {{"\x10\x04"sv, "\xC0"}, {"\x10\x04\x41"sv, "\xC0"},   {"\x3D\xD8\x42\xDE\x41\x00"sv, "?A"},
+                        {"\x3D\xD8"sv, "?"},    {"\x3D\xD8\x41\x00"sv, "?A"}, {"\x42\xDE\x41\x00"sv, "?A"}};
+  for (const auto& c : cases) EXPECT_EQ(cp1251::FromUtf16(AsBytes(c.text)), c.want);
 }
 
 TEST(Cp1251, FoldsTheLettersOfTheCodePageAndNothingElse) {
@@ -83,11 +66,9 @@ TEST(Cp1251, DifferentLettersAreNotEqualInAnyCase) {
   const struct {
     std::string_view a, b;
     bool equal;
-  } cases[] = {
-      {"", "", true},          {"ПрИвЕт"_ru, "пРиВеТ"_ru, true}, {"е"_ru, "ё"_ru, false},
-      {"И"_ru, "й"_ru, false}, {"Ґ"_ru, "г"_ru, false},          {"а"_ru, "a", false},  // Cyrillic and Latin
-      {"ab", "abc", false},    {"µ"_ru, "М"_ru, false},
-  };
+  } cases[] = {{"", "", true},          {"ПрИвЕт"_ru, "пРиВеТ"_ru, true}, {"е"_ru, "ё"_ru, false},
+               {"И"_ru, "й"_ru, false}, {"Ґ"_ru, "г"_ru, false},          {"а"_ru, "a", false},
+               {"ab", "abc", false},    {"µ"_ru, "М"_ru, false}};  // Cyrillic and Latin letters differ
   for (const auto& c : cases) EXPECT_EQ(cp1251::EqualIgnoringCase(c.a, c.b), c.equal) << cp1251::ToUtf8(c.a);
   EXPECT_TRUE(cp1251::StartsWithIgnoringCase("ФОРУМ"_ru, "фор"_ru));
   EXPECT_FALSE(cp1251::StartsWithIgnoringCase("фор"_ru, "форум"_ru));

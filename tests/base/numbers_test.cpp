@@ -5,6 +5,7 @@
 
 #include "base/cat.h"
 #include "base/checked.h"
+#include "support/error_of.h"
 
 namespace {
 
@@ -20,12 +21,7 @@ TEST(Checked, WhatDoesNotFitIsErrorSix) {
   EXPECT_THROW(CheckedAdd(std::int16_t{32767}, std::int16_t{1}), Error);
   EXPECT_THROW(CheckedCast<std::int16_t>(32768), Error);
   EXPECT_THROW(CheckedCast<std::uint32_t>(-1), Error);
-  try {
-    CheckedCast<std::int32_t>(std::uint64_t{1} << 31);
-    FAIL();
-  } catch (const Error& error) {
-    EXPECT_EQ(error.number(), error_number::kOverflow);
-  }
+  EXPECT_EQ(ErrorOf([] { CheckedCast<std::int32_t>(std::uint64_t{1} << 31); }), error_number::kOverflow);
 }
 
 TEST(Cat, JoinsTextsAndPlainNumbers) {

@@ -1,7 +1,4 @@
-// Messages of a base found and deleted from the command line.
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+// Messages of a base found, shown, exported, deleted and rescued from the command line.
 
 #include "base/cat.h"
 #include "base/ru_literal.h"
@@ -12,8 +9,6 @@
 namespace cli {
 namespace {
 
-using testing::HasSubstr;
-
 /// 1 with the reply 2 and its reply 3; 4 alone.
 class MessagesOfABase : public testing::Test {
  protected:
@@ -22,59 +17,71 @@ class MessagesOfABase : public testing::Test {
       folder_.Put(Cat("pages/", number, ".html"), Page(number, answered));
     folder_.Put("program/forum.ini", "[FORUMS]\r\nmax=1\r\nf1=kdv\r\n");
     EXPECT_EQ(Kdvbase({"create", base_}).status, 0);
-    EXPECT_EQ(Kdvbase({"import", base_, folder_ / "pages", "--data-dir", folder_ / "program"}).status, 0);
+    EXPECT_EQ(Kdvbase({"import", base_, folder_ / "pages", "--data-dir", program_}).status, 0);
   }
 
   static std::string Page(int number, int answered) {
-    MessageRecord message;
-    message.Вответ = answered;
-    message.Тема = Cat("Курс "_ru, number);
-    message.Автор = number == 4 ? "Петя"_ru : "Ваня"_ru;
-    message.АвторMail = number == 4 ? "" : Cat("v", number % 2, "@x.ru");
-    message.Дата = OleDate{37'330};
-    message.Текст = number == 3 ? "Совсем ВЫРОС."_ru : "Упал."_ru;
-    return demo_pages::KdvPage(message);
+    return demo_pages::KdvPage({.Вответ = answered,
+                                .Тема = Cat("Курс "_ru, number),
+                                .Автор = std::string(number == 4 ? "Петя"_ru : "Ваня"_ru),
+                                .АвторMail = number == 4 ? "" : Cat("v", number % 2, "@x.ru"),
+                                .Дата = OleDate{37'330},
+                                .Текст = std::string(number == 3 ? "Совсем ВЫРОС."_ru : "Упал."_ru),
+                                .Картинка = ""});
   }
-  std::string Numbers() { return Kdvbase({"sql", base_, "select Код from База order by Код", "--json"}).out; }
+  Call Holds(const std::string& numbers) const {
+    return {{"sql", base_, "select Код from База order by Код", "--json"}, 0, numbers};
+  }
 
   TempFolder folder_;
-  std::string base_ = folder_ / "kdv_2002.mdb";
+  std::string base_ = folder_ / "kdv_2002.mdb", program_ = folder_ / "program";
 };
 
 TEST_F(MessagesOfABase, AreFoundByTextAndAuthor) {
-  const struct {
-    std::vector<std::string> words;
-    int status;
-    std::string out, errors;
-  } cases[] = {
-      {{"search", base_, "выро"}, 0, "3\tКурс 3\n", ""},
-      {{"search", base_, "Курс [14]"}, 0, "1\tКурс 1\n4\tКурс 4\n", ""},
-      {{"--data-dir", folder_ / "program", "search", base_, "выро"}, 0, "3\tКурс 3\n", ""},
-      {{"search", base_, " "}, 2, "", "пуст"},
-      {{"search", base_, "日"}, 2, "", "не бывает"},  // not every character, as "?" would be
-      {{"import", base_, folder_ / "none", "--data-dir", folder_ / "program"}, 1, "", "Нет такого файла"},
-      {{"search", base_, "it's"}, 1, "", "kdvbase: "},
-      {{"emails", base_, "Ваня"}, 0, "v0@x.ru\nv1@x.ru\n", ""},
-      {{"emails", base_, "Петя"}, 0, "", "Петя за время своего присутствия"},
-  };
-  for (const auto& c : cases) {
-    const Outcome outcome = Kdvbase(c.words);
-    EXPECT_EQ(outcome.status, c.status) << testing::PrintToString(c.words);
-    EXPECT_EQ(outcome.out, c.out) << testing::PrintToString(c.words);
-    EXPECT_THAT(outcome.errors, HasSubstr(c.errors)) << testing::PrintToString(c.words);
-  }
+  ExpectCalls({{{"search", base_, "выро"}, 0, "3\tКурс 3\n"},
+               {{"search", base_, "Курс [14]"}, 0, "1\tКурс 1\n4\tКурс 4\n"},
+               {{"--data-dir", program_, "search", base_, "выро"}, 0, "3\tКурс 3\n"},
+               {{"search", base_, " "}, 2, "", "пуст"},
+               {{"search", base_, "日"}, 2, "", "не бывает"},  // not every character, as "?" would be
+               {{"import", base_, folder_ / "none", "--data-dir", program_}, 1, "", "Нет такого файла"},
+               {{"search", base_, "it's"}, 1, "", "kdvbase: "},
+               {{"emails", base_, "Ваня"}, 0, "v0@x.ru\nv1@x.ru\n"},
+               {{"emails", base_, "Петя"}, 0, "", "Петя за время своего присутствия"}});
+}
+
+TEST_F(MessagesOfABase, AreShownAsATreeAndOneByOne) {
+  const std::string tree =
+      "По цепочке\n  Курс 4\n  Курс 1\n    Курс 2\n      Курс 3\nОборванные цепочки\nПо дате\nПо автору\n"
+      "Результаты поиска\nЗагрузил 4 сообщений, из них несогласованных -0\n";
+  const std::string third =
+      "Код сообщения: 3 [ответ на 2]\nТема : Курс 3\nАвтор : Ваня\nE-Mail : v1@x.ru\n"
+      "Дата : пятница, 15 Март 2002\n\nСовсем ВЫРОС.\n";
+  ExpectCalls({{{"tree", base_}, 0, tree},
+               {{"show", base_, "3"}, 0, third},
+               {{"show", base_, "9"}, 1, "", "нет сообщения с номером 9"}});
+}
+
+TEST_F(MessagesOfABase, AreExportedWithTheirWholeThread) {
+  const std::string taken = folder_.Put("taken"), other = folder_ / "new/folder";
+  ExpectCalls({{{"export", base_, "1", "--data-dir", program_}, 0, program_ + "/kdv_2002/Курс 1.xml\n"},
+               {{"export", base_, "3", "--data-dir", program_, "--out", other}, 0, other + "/Курс 1.xml\n"},
+               {{"export", base_, "десять"}, 2, "", "Не номер"},
+               {{"export", base_, "9"}, 1, "", "нет сообщения с номером 9"},
+               {{"export", base_, "1", "--data-dir", program_, "--out", taken}, 1, "", "неполон или не создан"}});
+  EXPECT_NE(folder_.Get("new/folder/Курс 1.xml"), "");
+  EXPECT_EQ(folder_.Get("new/folder/Курс 1.xml"), folder_.Get("program/kdv_2002/Курс 1.xml"));
 }
 
 TEST_F(MessagesOfABase, AreDeletedAloneOrWithReplies) {
-  EXPECT_EQ(Kdvbase({"delete", base_, "5"}).status, 1);
-  EXPECT_EQ(Kdvbase({"delete", base_, "пять"}).status, 2);
-  EXPECT_EQ(Numbers(), "[1]\n[2]\n[3]\n[4]\n");
-  EXPECT_EQ(Kdvbase({"delete", base_, "1"}).out,
-            "Сообщение удалено. Все ответы на него появятся в ветке 'Оборванные цепочки'\n");
-  EXPECT_EQ(Numbers(), "[2]\n[3]\n[4]\n");
-  EXPECT_EQ(Kdvbase({"delete", base_, "2", "--with-replies"}).out, "Удалено 2 сообщений\n");  // a broken thread
-  EXPECT_EQ(Numbers(), "[4]\n");
-  EXPECT_EQ(Kdvbase({"check", base_}).status, 0);
+  ExpectCalls(
+      {{{"delete", base_, "5"}, 1, "", "нет сообщения с номером 5"},
+       {{"delete", base_, "пять"}, 2, "", "Не номер сообщения: пять"},
+       Holds("[1]\n[2]\n[3]\n[4]\n"),
+       {{"delete", base_, "1"}, 0, "Сообщение удалено. Все ответы на него появятся в ветке 'Оборванные цепочки'\n"},
+       Holds("[2]\n[3]\n[4]\n"),
+       {{"delete", base_, "2", "--with-replies"}, 0, "Удалено 2 сообщений\n"},  // a broken thread
+       Holds("[4]\n"),
+       {{"check", base_}, 0, "Ошибок: 0, замечаний: 0\n"}});
 }
 
 TEST_F(MessagesOfABase, OfADamagedBaseAreRescuedIntoANewOne) {
@@ -82,7 +89,8 @@ TEST_F(MessagesOfABase, OfADamagedBaseAreRescuedIntoANewOne) {
   EXPECT_EQ(Kdvbase({"rescue", base_, whole}).out, "Спасены все сообщения: 4.\n");
   std::string bytes = folder_.Get("kdv_2002.mdb");
   constexpr std::size_t kPage = 2048;
-  const std::size_t row = bytes.find("Курс 3"_ru);
+  constexpr std::string_view kLost = "Курс 3"_ru;
+  const std::size_t row = bytes.find(kLost);
   bytes.replace(row / kPage * kPage, kPage, kPage, '\0');
   folder_.Put("kdv_2002.mdb", bytes);
   const Outcome outcome = Kdvbase({"rescue", base_, rest});
@@ -93,10 +101,10 @@ TEST_F(MessagesOfABase, OfADamagedBaseAreRescuedIntoANewOne) {
 }
 
 TEST_F(MessagesOfABase, AStatementMayDeleteRowsAndTellsHowMany) {
-  EXPECT_EQ(Kdvbase({"sql", base_, "delete from База where Код > 2"}).out, "Удалено записей: 2\n");
-  EXPECT_EQ(Kdvbase({"sql", base_, "DELETE * FROM База WHERE Автор = 'Никто'"}).out, "Удалено записей: 0\n");
-  EXPECT_EQ(Kdvbase({"sql", base_, "delete from База where Нет = 1"}).status, 1);
-  EXPECT_EQ(Numbers(), "[1]\n[2]\n");
+  ExpectCalls({{{"sql", base_, "delete from База where Код > 2"}, 0, "Удалено записей: 2\n"},
+               {{"sql", base_, "DELETE * FROM База WHERE Автор = 'Никто'"}, 0, "Удалено записей: 0\n"},
+               {{"sql", base_, "delete from База where Нет = 1"}, 1, "", "Нет"},
+               Holds("[1]\n[2]\n")});
 }
 
 }  // namespace

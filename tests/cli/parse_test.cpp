@@ -1,11 +1,8 @@
 // Saved pages as the tool prints them: what would be stored of each.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "base/ru_literal.h"
 #include "cli/run_tool.h"
 #include "demo_forum/demo_pages.h"
+#include "saved_pages/sample_message.h"
 #include "support/temp_folder.h"
 
 namespace cli {
@@ -13,77 +10,41 @@ namespace {
 
 using testing::HasSubstr;
 
-Outcome Parse(std::vector<std::string> words) {
-  words.insert(words.begin(), "parse");
-  return Kdvbase(words);
-}
-
-MessageRecord Full() {
-  return {.Код = 12,
-          .Вответ = 5,
-          .Тема = std::string("О \"курсе\""_ru),
-          .Автор = std::string("Ваня"_ru),
-          .АвторMail = "v@x.ru",
-          .Дата = OleDate{37'330},  // 2002-03-15, a Friday
-          .Текст = std::string("Вырос.\r\nДа"_ru),
-          .Картинка = "man"};
-}
-
-/// What is empty on the page, and what the page lacks.
-MessageRecord Bare() {
-  MessageRecord message;
-  message.Тема = "T";
-  return message;
+void ExpectParsed(const std::string& kind, const MessageRecord& message, const std::string& want) {
+  const TempFolder folder;
+  const std::string page = folder.Put("12.html", demo_pages::MessagePage(kind, message));
+  folder.Put("12_author.html", demo_pages::OwsAuthorPage(message));
+  const Outcome outcome = Kdvbase({"parse", kind, page});
+  EXPECT_EQ(outcome.out, "{\"page\": \"" + page + "\", \"check\": 1, \"Код\": 12, " + want + "}\n") << kind;
+  EXPECT_EQ(outcome.errors, "") << kind;
+  EXPECT_EQ(outcome.status, 0) << kind;
 }
 
 TEST(Parse, PrintsThePagesOfSixForumsAsTheyWouldBeStored) {
-  constexpr const char* kFull =
-      R"("Код": 12, "Вответ": 5, "Тема": "О \"курсе\"", "Дата": 37330.0, "Автор": "Ваня", "АвторMail": "v@x.ru", )"
-      R"("Текст": "Вырос.\r\nДа", "Картинка": null})";
-  const struct {
-    std::string kind;
-    MessageRecord message;
-    std::string want;
-  } cases[] = {
-      {"rts-an", Full(),
-       R"("Код": 12, "Вответ": 5, "Тема": "О \"курсе\" -", "Дата": 37330.0, "Автор": "Ваня", "АвторMail": "v@x.ru", )"
-       R"("Текст": "Вырос.\r\nДа", "Картинка": "man"})"},
-      {"kdv", Full(), kFull},
-      {"ptrv", Full(), kFull},
-      {"moysha", Full(), kFull},
-      {"gelium", Full(), kFull},
-      {"ows_ptrv", Full(), kFull},
-      {"kdv", Bare(),
-       R"("Код": 12, "Вответ": 0, "Тема": "T", "Дата": 0.0, "Автор": null, "АвторMail": null, "Текст": "\r\n", )"
-       R"("Картинка": null})"},
-      {"ptrv", Bare(),
-       R"("Код": 12, "Вответ": 0, "Тема": "T", "Дата": null, "Автор": "", "АвторMail": "", "Текст": " ", )"
-       R"("Картинка": null})"},
-  };
-  for (const auto& c : cases) {
-    const TempFolder folder;
-    const std::string page = folder.Put("12.html", demo_pages::MessagePage(c.kind, c.message));
-    folder.Put("12_author.html", demo_pages::OwsAuthorPage(c.message));
-    const Outcome outcome = Parse({c.kind, page});
-    EXPECT_EQ(outcome.out, "{\"page\": \"" + page + "\", \"check\": 1, " + c.want + "\n") << c.kind;
-    EXPECT_EQ(outcome.errors, "") << c.kind;
-    EXPECT_EQ(outcome.status, 0) << c.kind;
-  }
-}
-
-TEST(Parse, APageWithoutAMessageHasItsCheckAlone) {
-  const TempFolder folder;
-  const std::string empty = folder.Put("1.html"), absent = folder.Put("2.html", demo_pages::NotFoundPage("moysha"));
-  const Outcome outcome = Parse({"moysha", empty, absent});
-  EXPECT_EQ(outcome.out, "{\"page\": \"" + empty + "\", \"check\": 0}\n{\"page\": \"" + absent + "\", \"check\": 2}\n");
-  EXPECT_EQ(outcome.status, 0);
+  const std::string rest =
+      R"("Дата": 37330.0, "Автор": "Ваня", "АвторMail": "v@x.ru", "Текст": "Вырос.\r\nДа", "Картинка": )";
+  ExpectParsed("rts-an", SampleMessage(), R"("Вответ": 5, "Тема": "О \"курсе\" -", )" + rest + "\"man\"");
+  for (const char* kind : {"kdv", "ptrv", "moysha", "gelium", "ows_ptrv"})
+    ExpectParsed(kind, SampleMessage(), R"("Вответ": 5, "Тема": "О \"курсе\"", )" + rest + "null");
+  MessageRecord bare;  // what is empty on the page, and what the page lacks
+  bare.Тема = "T";
+  ExpectParsed(
+      "kdv", bare,
+      R"("Вответ": 0, "Тема": "T", "Дата": 0.0, "Автор": null, "АвторMail": null, "Текст": "\r\n", "Картинка": null)");
+  ExpectParsed(
+      "ptrv", bare,
+      R"("Вответ": 0, "Тема": "T", "Дата": null, "Автор": "", "АвторMail": "", "Текст": " ", "Картинка": null)");
 }
 
 TEST(Parse, APageThatCannotBeReadFailsButStopsNoOther) {
   const TempFolder folder;
-  const std::string missing = folder / "1.html", torn = folder.Put("2.html", "<title>T</title>"),
-                    good = folder.Put("page.html", demo_pages::MoyshaPage(Full()));
-  const Outcome outcome = Parse({"moysha", missing, torn, good});
+  const std::string empty = folder.Put("1.html"), absent = folder.Put("2.html", demo_pages::NotFoundPage("moysha"));
+  ExpectCalls({{{"parse", "moysha", empty, absent},
+                0,
+                "{\"page\": \"" + empty + "\", \"check\": 0}\n{\"page\": \"" + absent + "\", \"check\": 2}\n"}});
+  const std::string missing = folder / "3.html", torn = folder.Put("4.html", "<title>T</title>"),
+                    good = folder.Put("page.html", demo_pages::MoyshaPage(SampleMessage()));
+  const Outcome outcome = Kdvbase({"parse", "moysha", missing, torn, good});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.errors,
               testing::AllOf(HasSubstr(missing + ": "), HasSubstr(torn + ": "), HasSubstr("страниц: 2")));
@@ -93,22 +54,23 @@ TEST(Parse, APageThatCannotBeReadFailsButStopsNoOther) {
 
 TEST(Parse, OptionsChooseTheYearAndTheAuthorsPage) {
   const TempFolder folder;
-  const std::string ptrv = folder.Put("1.html", demo_pages::PtrvPage(Full())),
-                    ows = folder.Put("2.html", demo_pages::OwsPage(Full())),
-                    author = folder.Put("ivan.html", demo_pages::OwsAuthorPage(Full()));
-  EXPECT_THAT(Parse({"ptrv", ptrv, "--now", "2000-01-01"}).out, HasSubstr("\"Дата\": 35139.0"));  // 1996-03-15
-  EXPECT_THAT(Parse({"ows_ptrv", ows}).out, HasSubstr("\"АвторMail\": \"\""));
-  EXPECT_THAT(Parse({"ows_ptrv", ows, "--author-page", author}).out, HasSubstr("\"АвторMail\": \"v@x.ru\""));
-  EXPECT_EQ(Parse({"ows_ptrv", ows, "--author-page", folder / "none.html"}).status, 1);
-  EXPECT_EQ(Parse({"ows", ows}).status, 2);
-  EXPECT_EQ(Parse({"ptrv", ptrv, "--now", "вчера"}).status, 2);
-  EXPECT_EQ(Parse({"ptrv"}).status, 2);
+  const std::string ptrv = folder.Put("1.html", demo_pages::PtrvPage(SampleMessage())),
+                    ows = folder.Put("2.html", demo_pages::OwsPage(SampleMessage())),
+                    author = folder.Put("ivan.html", demo_pages::OwsAuthorPage(SampleMessage()));
+  const auto parsed = [](std::vector<std::string> words) { return Kdvbase(words).out; };
+  EXPECT_THAT(parsed({"parse", "ptrv", ptrv, "--now", "2000-01-01"}), HasSubstr("\"Дата\": 35139.0"));  // 1996-03-15
+  EXPECT_THAT(parsed({"parse", "ows_ptrv", ows}), HasSubstr("\"АвторMail\": \"\""));
+  EXPECT_THAT(parsed({"parse", "ows_ptrv", ows, "--author-page", author}), HasSubstr("\"АвторMail\": \"v@x.ru\""));
+  ExpectCalls({{{"parse", "ows_ptrv", ows, "--author-page", folder / "none.html"}, 1, "", "none.html: файл не найден"},
+               {{"parse", "ows", ows}, 2, "", "Неизвестный форум: ows"},
+               {{"parse", "ptrv", ptrv, "--now", "вчера"}, 2, "", "Не дата: вчера"},
+               {{"parse", "ptrv"}, 2, "", "Не хватает аргументов"}});
 }
 
 TEST(Parse, APathThatIsNoUtf8IsStillPrinted) {
   const TempFolder folder;
-  const std::string page = folder.Put("\xCC\xEE\xFF 3.html", demo_pages::KdvPage(Full()));
-  const Outcome outcome = Parse({"kdv", page});
+  const Outcome outcome =
+      Kdvbase({"parse", "kdv", folder.Put("\xCC\xEE\xFF 3.html", demo_pages::KdvPage(SampleMessage()))});
   EXPECT_EQ(outcome.status, 0) << outcome.errors;
   EXPECT_THAT(outcome.out, HasSubstr("\xEF\xBF\xBD 3.html\", \"check\": 1, \"Код\": 3, "));
 }

@@ -11,19 +11,15 @@
 
 #include "base/cp1251.h"
 #include "base/ru_literal.h"
-#include "config/mdl_AZ.h"
-#include "explorer/node_tree.h"
 #include "export/thread_choice.h"
 #include "jet/table_writer.h"
 #include "jet/transaction.h"
-#include "sql/connection.h"
 #include "store/new_base.h"
-#include "support/fixed_clock.h"
-#include "support/temp_folder.h"
+#include "support/program_stage.h"
 #include "text/strings.h"
 
 /// A message base with the rows that a test wants, and a program folder beside it.
-class ExportBase : public testing::Test {
+class ExportBase : public testing::Test, protected ProgramStage {
  protected:
   struct Row {
     std::int32_t Код, Вответ;
@@ -33,25 +29,27 @@ class ExportBase : public testing::Test {
 
   void Fill(const std::vector<Row>& rows) {
     const std::string path = folder_ / "kdv_2002.mdb";
+    if (files_.Exists(path)) files_.Remove(path);
     CreateMessageBase(files_, path, {}, clock_);
-    base_ = std::make_unique<jet::Database>(jet::Database::Open(files_, path, jet::Access::kReadWrite));
+    Open(path);
     const jet::Table table = base_->OpenTable("База"_ru);
     jet::Transaction transaction(base_->store());
     jet::TableWriter writer(transaction, table, base_->PropertiesOf(table));
     for (const Row& row : rows) {
-      const auto column = [&](std::string_view name) { return table.def().FindColumn(name); };
-      const auto text = [](const char* utf8) {
-        return utf8 == nullptr ? jet::Value() : jet::Value(cp1251::FromUtf8(utf8));
-      };
+      const auto at = [&](std::string_view name) { return table.def().FindColumn(name); };
+      const auto text = [](const char* utf8) { return utf8 == nullptr ? jet::Value() : cp1251::FromUtf8(utf8); };
       const jet::Assignment values[] = {
-          {column("Код"_ru), row.Код},           {column("Вответ"_ru), row.Вответ},
-          {column("Тема"_ru), text(row.Тема)},   {column("Автор"_ru), text(row.Автор)},
-          {column("Текст"_ru), text(row.Текст)}, {column("Дата"_ru), row.Дата == 0 ? jet::Value() : OleDate{row.Дата}}};
+          {at("Код"_ru), row.Код},           {at("Вответ"_ru), row.Вответ},
+          {at("Тема"_ru), text(row.Тема)},   {at("Автор"_ru), text(row.Автор)},
+          {at("Текст"_ru), text(row.Текст)}, {at("Дата"_ru), row.Дата == 0 ? jet::Value() : OleDate{row.Дата}}};
       writer.Insert(values);
     }
     transaction.Commit();
-    connection_ = std::make_unique<sql::Connection>(*base_, clock_);
     tree_ = WholeArchive(*connection_, {}, clock_);
+  }
+  void Open(const std::string& path) {
+    base_ = std::make_unique<jet::Database>(jet::Database::Open(files_, path, jet::Access::kReadWrite));
+    connection_ = std::make_unique<sql::Connection>(*base_, clock_);
   }
 
   void PutIni(std::string_view utf8) { folder_.Put("forum.ini", cp1251::FromUtf8(utf8)); }
@@ -60,13 +58,8 @@ class ExportBase : public testing::Test {
     return text::ReplaceAll(cp1251::ToUtf8(folder_.Get(file)), "\r\n", "\n");
   }
   /// What forum.log says, without the times.
-  std::string Log() const { return text::ReplaceAll(Lines("forum.log"), "2002-03-16 00:00:00 --> ", ""); }
+  std::string Log() const { return text::ReplaceAll(Lines("forum.log"), "2002-03-15 00:00:00 --> ", ""); }
 
-  TempFolder folder_;
-  DiskFileSystem files_;
-  FixedClock clock_{2002, 3, 16};
-  mdl_AZ::ForumIni ini_{files_, folder_.path()};
-  mdl_AZ::ForumLog log_{ini_, files_, clock_};
   std::unique_ptr<jet::Database> base_;
   std::unique_ptr<sql::Connection> connection_;
   NodeTree tree_;

@@ -8,13 +8,11 @@
 namespace {
 
 TEST(ExportNames, SignsThatSystemsRefuseBecomeUnderscores) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"", ""},
-      {"Re: A/B?", "Re_ A_B_"},
-      {"><?:*\\/&\".", "__________"},
-      {"Київ, Іван і Ёж", "Київ, _ван _ Ёж"},
-      {"a\tb|c", "ab|c"},  // the bar stays
-  };
+  const std::pair<std::string, std::string> cases[] = {{"", ""},
+                                                       {"Re: A/B?", "Re_ A_B_"},
+                                                       {"><?:*\\/&\".", "__________"},
+                                                       {"Київ, Іван і Ёж", "Київ, _ван _ Ёж"},
+                                                       {"a\tb|c", "ab|c"}};  // the bar stays
   for (const auto& [text, want] : cases) {
     std::string name = cp1251::FromUtf8(text);
     mdl_AZ::SanitizeFileName(name);

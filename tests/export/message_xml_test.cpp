@@ -45,8 +45,7 @@ TEST_F(MessageXmlTest, WritesColumnsOfEveryKindAndLogsTheTextAfterEach) {
   jet::CreateBase(files_, folder_ / "x.mdb", {}, clock_.Now(), [&](jet::CatalogWriter& catalog, const auto& header) {
     catalog.CreateTable("База"_ru, jet::DesignTable(header, columns, {}));
   });
-  base_ = std::make_unique<jet::Database>(jet::Database::Open(files_, folder_ / "x.mdb", jet::Access::kReadWrite));
-  connection_ = std::make_unique<sql::Connection>(*base_, clock_);
+  Open(folder_ / "x.mdb");
   {
     sql::Recordset rows = connection_->OpenDynaset("База"_ru);
     rows.AddNew();

@@ -8,6 +8,7 @@
 #include "base/cp1251.h"
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "support/error_of.h"
 
 namespace {
 
@@ -17,13 +18,11 @@ using text::LetterCase;
 TEST(Strings, TrimTakesBlanksOnly) {
   const struct {
     std::string_view text, trimmed, left, right;
-  } cases[] = {
-      {"", "", "", ""},
-      {"   ", "", "", ""},
-      {" a b ", "a b", "a b ", " a b"},
-      {" \t a\r\n ", "\t a\r\n", "\t a\r\n ", " \t a\r\n"},
-      {"\xA0x\xA0", "\xA0x\xA0", "\xA0x\xA0", "\xA0x\xA0"},  // a non-breaking space is no blank
-  };
+  } cases[] = {{"", "", "", ""},
+               {"   ", "", "", ""},
+               {" a b ", "a b", "a b ", " a b"},
+               {" \t a\r\n ", "\t a\r\n", "\t a\r\n ", " \t a\r\n"},
+               {"\xA0x\xA0", "\xA0x\xA0", "\xA0x\xA0", "\xA0x\xA0"}};  // a non-breaking space is no blank
   for (const auto& c : cases) {
     EXPECT_EQ(text::Trim(c.text), c.trimmed);
     EXPECT_EQ(text::TrimLeft(c.text), c.left);
@@ -33,25 +32,12 @@ TEST(Strings, TrimTakesBlanksOnly) {
 
 TEST(Strings, FindCountsFromOneAndIgnoresCase) {
   const struct {
-    std::size_t start;
+    std::size_t want, start;
     std::string_view text, needle;
-    std::size_t want;
-  } cases[] = {
-      {1, "", "a", 0},
-      {1, "", "", 0},
-      {1, "abc", "", 1},
-      {3, "abc", "", 3},
-      {4, "abc", "", 0},
-      {1, "abc", "abcd", 0},
-      {1, "abc", "C", 3},
-      {4, "abc", "a", 0},
-      {2, "aXaX", "x", 2},
-      {3, "aXaX", "ax", 3},
-      {1, "ааб"_ru, "АБ"_ru, 2},
-      {1, "ёЁ"_ru, "е"_ru, 0},
-      {1, "a\0b"_ru, "\0B"_ru, 2},
-      {1, "<<<<title", "<TITLE", 4},
-  };
+  } cases[] = {{0, 1, "", "a"},    {0, 1, "abc", "abcd"},        {0, 1, "", ""},     {2, 2, "aXaX", "x"},
+               {1, 1, "abc", ""},  {3, 3, "aXaX", "ax"},         {3, 3, "abc", ""},  {2, 1, "ааб"_ru, "АБ"_ru},
+               {0, 4, "abc", ""},  {0, 1, "ёЁ"_ru, "е"_ru},      {3, 1, "abc", "C"}, {2, 1, "a\0b"_ru, "\0B"_ru},
+               {0, 4, "abc", "a"}, {4, 1, "<<<<title", "<TITLE"}};
   for (const auto& c : cases) EXPECT_EQ(text::Find(c.start, c.text, c.needle), c.want) << c.text << " " << c.needle;
   EXPECT_EQ(text::Find(1, "aBb", "b", LetterCase::kExact), 3u);
   EXPECT_THROW(text::Find(0, "abc", "a"), Error);
@@ -74,13 +60,12 @@ TEST(Strings, FindAgreesWithPlainSearchOfFoldedTexts) {
 }
 
 TEST(Strings, MidIsEmptyBehindTheEnd) {
-  EXPECT_EQ(text::Mid("abc", 1), "abc");
-  EXPECT_EQ(text::Mid("abc", 3), "c");
-  EXPECT_EQ(text::Mid("abc", 4), "");
-  EXPECT_EQ(text::Mid("", 1), "");
-  EXPECT_EQ(text::Mid("abc", 2, 1), "b");
-  EXPECT_EQ(text::Mid("abc", 2, 100), "bc");
-  EXPECT_EQ(text::Mid("abc", 9, 1), "");
+  const struct {
+    std::string_view want, text;
+    std::size_t start, count = 100;
+  } cases[] = {{"abc", "abc", 1}, {"c", "abc", 3}, {"", "abc", 4}, {"", "", 1}, {"b", "abc", 2, 1}, {"", "abc", 9, 1}};
+  for (const auto& c : cases) EXPECT_EQ(text::Mid(c.text, c.start, c.count), c.want) << c.start;
+  EXPECT_EQ(text::Mid("abc", 2), "bc");
   EXPECT_THROW(text::Mid("abc", 0), Error);
 }
 
@@ -88,17 +73,11 @@ TEST(Strings, ReplaceNeverLooksIntoWhatItInserted) {
   const struct {
     std::string_view text, needle, by, want;
     LetterCase letter_case = LetterCase::kExact;
-  } cases[] = {
-      {"", "a", "b", ""},
-      {"abc", "", "x", "abc"},
-      {"aaaa", "aa", "a", "aa"},
-      {"   ", "  ", "", " "},
-      {"aa", "a", "aa", "aaaa"},
-      {"aAa", "a", "x", "xAx"},
-      {"aAa", "a", "x", "xxx", LetterCase::kIgnored},
-      {"<Br>x<bR>", "<BR>", "\r\n", "\r\nx\r\n", LetterCase::kIgnored},
-      {"a", "a", "", ""},
-  };
+  } cases[] = {{"", "a", "b", ""},      {"aaaa", "aa", "a", "aa"},
+               {"a", "a", "", ""},      {"aa", "a", "aa", "aaaa"},
+               {"abc", "", "x", "abc"}, {"aAa", "a", "x", "xxx", LetterCase::kIgnored},
+               {"   ", "  ", "", " "},  {"<Br>x<bR>", "<BR>", "\r\n", "\r\nx\r\n", LetterCase::kIgnored},
+               {"aAa", "a", "x", "xAx"}};
   for (const auto& c : cases) EXPECT_EQ(text::ReplaceAll(c.text, c.needle, c.by, c.letter_case), c.want) << c.text;
 }
 
@@ -118,24 +97,14 @@ TEST(Strings, SplitKeepsEmptyPiecesButAnEmptyTextHasNone) {
   EXPECT_THAT(text::Split("a</A>b</A>", "</A>"), ElementsAre("a", "b", ""));
 }
 
-TEST(Strings, TheLastPieceStandsBehindTheLastSeparator) {
-  EXPECT_EQ(text::LastPiece("a", "="), "a");
-  EXPECT_EQ(text::LastPiece("a=b=c", "="), "c");
-  EXPECT_EQ(text::LastPiece("a==", "="), "");
-}
-
 TEST(Strings, AMissingPieceIsErrorNine) {
   const auto pieces = text::Split("a=b", "=");
   EXPECT_EQ(text::Piece(pieces, 1), "b");
-  for (const auto& missing : {std::function<void()>([&] { text::Piece(pieces, 2); }),
-                              std::function<void()>([] { text::LastPiece("", "="); })}) {
-    try {
-      missing();
-      FAIL();
-    } catch (const Error& error) {
-      EXPECT_EQ(error.number(), error_number::kNoSuchItem);
-    }
-  }
+  EXPECT_EQ(ErrorOf([&] { text::Piece(pieces, 2); }), error_number::kNoSuchItem);
+  EXPECT_EQ(text::LastPiece("a", "="), "a");
+  EXPECT_EQ(text::LastPiece("a=b=c", "="), "c");
+  EXPECT_EQ(text::LastPiece("a==", "="), "");
+  EXPECT_EQ(ErrorOf([] { text::LastPiece("", "="); }), error_number::kNoSuchItem);
 }
 
 }  // namespace

@@ -1,12 +1,7 @@
 // Saved pages served by a web server that nobody here wrote.
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-
-#include "base/ru_literal.h"
 #include "cli/ui/fetch_stage.h"
-#include "config/ini_file.h"
+#include "demo_forum/web_server.h"
 
 namespace {
 
@@ -14,19 +9,6 @@ std::string FindNginx() {
   for (const char* const path : {"/usr/sbin/nginx", "/usr/local/sbin/nginx", "/usr/bin/nginx"})
     if (std::filesystem::exists(path)) return path;
   return {};
-}
-
-std::uint16_t FreePort() {
-  const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  const auto any = reinterpret_cast<sockaddr*>(&address);
-  const bool bound = ::bind(socket, any, size) == 0 && ::getsockname(socket, any, &size) == 0;
-  ::close(socket);
-  if (!bound) throw std::runtime_error("no free port");
-  return ntohs(address.sin_port);
 }
 
 /// nginx in a folder of its own; it listens when the constructor returns.
@@ -38,18 +20,18 @@ class Nginx {
       if (Starts(program, folder)) return;
     throw std::runtime_error("nginx does not start");
   }
-  std::string Address() const { return Cat("127.0.0.1:", port_); }
+  const std::string& address() const { return address_; }
 
  private:
   bool Starts(const std::string& program, const TempFolder& folder) {
-    port_ = FreePort();
+    address_ = WebServer(0, {}, {}).Address();  // it was free a moment ago
     const std::string temporary = folder / "nginx";
     std::string config = Cat("daemon off;\nmaster_process off;\npid ", temporary,
                              "/pid;\nerror_log /dev/stdout notice;\nevents {}\nhttp {\naccess_log off;\n"
                              "default_type text/html;\ngzip on;\ngzip_min_length 1;\n");
     for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
       config += Cat(kind, "_temp_path ", temporary, "/", kind, ";\n");
-    config += Cat("server { listen 127.0.0.1:", port_, "; root ", folder / "www", "; }\n}\n");
+    config += Cat("server { listen ", address_, "; root ", folder / "www", "; }\n}\n");
     const std::string path = folder.Put("nginx/nginx.conf", config);
     program_.emplace(std::vector<std::string>{program, "-c", path, "-e", "/dev/stdout"});
     // It tells its way of waiting for events once its sockets are open.
@@ -58,7 +40,7 @@ class Nginx {
     return false;
   }
 
-  std::uint16_t port_ = 0;
+  std::string address_;
   std::optional<RunningProgram> program_;
 };
 
@@ -67,7 +49,7 @@ TEST_F(FetchStage, AnyWebServerDoes) {
   if (program.empty()) GTEST_SKIP() << "nginx is not installed";
   DemoSite site(60, 0, clock_);
   const Nginx nginx(program, folder_);
-  demo_folder::Make(files_, program_, nginx.Address(), site, 20, clock_);
+  demo_folder::Make(files_, program_, nginx.address(), site, 20, clock_);
   const std::string base = demo_folder::BasePath(program_, "kdv");
   const std::string expected = BaseWithPages(site, base, "kdv");
   SavePages(site, "kdv", "www/kdv/messages");

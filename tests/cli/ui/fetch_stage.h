@@ -29,10 +29,8 @@ class FetchStage : public testing::Test {
 
   Outcome Kdvbase(std::vector<std::string> words) {
     RunningProgram program(Words(std::move(words)));
-    Outcome outcome;
-    outcome.out = program.ReadRest();
-    outcome.status = program.Wait();
-    return outcome;
+    const std::string out = program.ReadRest();
+    return {program.Wait(), out};
   }
   std::vector<std::string> Words(std::vector<std::string> words) const {
     words.insert(words.begin(), KDVBASE);

@@ -26,17 +26,17 @@ TEST(DesktopShell, FindsTheBrowserAndGivesItThePathAsOneArgument) {
   const std::string page = folder.Put("a page.xml");
   const struct {
     std::string browser, exec, want;
-  } cases[] = {{"", "/usr/bin/firefox %U", "/usr/bin/firefox"},
-               {"", "\"/opt/a browser\" --new %u", "\"/opt/a browser\" --new"},
-               {"", "flatpak run org.web @@u %u @@", "flatpak run org.web"},
+  } cases[] = {{"", "Exec=/usr/bin/firefox %U", "/usr/bin/firefox"},
+               {"", "Exec=\"/opt/a browser\" --new %u", "\"/opt/a browser\" --new"},
+               {"", "Exec=flatpak run org.web @@u %u @@", "flatpak run org.web"},
                {"", "", ""},
-               {"my own:other", "firefox", quoted},
-               {mine, "firefox", quoted},
-               {"gone:my own", "firefox", "firefox"}};  // only the first entry counts
+               {"my own:other", "Exec=firefox", quoted},
+               {mine, "Exec=firefox", quoted},
+               {"gone:my own", "Exec=firefox", "firefox"}};  // only the first entry counts
   DesktopShell shell;
   for (const auto& c : cases) {
     qputenv("BROWSER", c.browser.c_str());
-    folder.Put("applications/web.desktop", "[Desktop Entry]\nExec=" + c.exec + "\n[Desktop Action x]\nExec=x\n");
+    folder.Put("applications/web.desktop", "[Desktop Entry]\n" + c.exec + "\n[Desktop Action x]\nExec=x\n");
     EXPECT_EQ(shell.FindExecutable(page), c.want) << c.exec;
     EXPECT_EQ(shell.FindExecutable(folder / "gone.xml"), "");
   }

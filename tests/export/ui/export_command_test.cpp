@@ -6,10 +6,9 @@
 #include "export/thread_choice.h"
 #include "store/base_recordset.h"
 #include "store/new_base.h"
-#include "support/fixed_clock.h"
 #include "support/memory_settings.h"
+#include "support/program_stage.h"
 #include "support/scripted_dialogs.h"
-#include "support/temp_folder.h"
 #include "ui/text.h"
 
 namespace {
@@ -21,20 +20,17 @@ class NoShell : public Shell {
   bool Open(const std::string&) override { return false; }
 };
 
-TEST(ExportCommand, WritesTheThreadOfAMessageWhereverItIsChosenAndTellsTheRest) {
-  const TempFolder folder;
-  folder.Put("forum.ini", "[EXPORT]\r\nOpenNewIE=0\r\n");
-  DiskFileSystem files;
-  const FixedClock clock(2002, 3, 15);
-  const mdl_AZ::ForumIni ini(files, folder.path());
-  const mdl_AZ::ForumLog log(ini, files, clock);
+class ExportOfAMessage : public testing::Test, protected ProgramStage {};
+
+TEST_F(ExportOfAMessage, WritesItsThreadWhereverItIsChosenAndTellsTheRest) {
+  folder_.Put("forum.ini", "[EXPORT]\r\nOpenNewIE=0\r\n");
   MemorySettings settings;
   settings.Set("MessageFormat", "Тема - Автор");
   ScriptedDialogs dialogs;
   NoShell shell;
-  MessageBase base(files, clock, ini);
-  CreateMessageBase(files, folder / "kdv_2002.mdb", {}, clock);
-  base.OpenBase(folder / "kdv_2002.mdb");
+  MessageBase base(files_, clock_, ini_);
+  CreateMessageBase(files_, folder_ / "kdv_2002.mdb", {}, clock_);
+  base.OpenBase(folder_ / "kdv_2002.mdb");
   {
     BaseRecordset rows(base);
     rows.AddNew();
@@ -43,7 +39,7 @@ TEST(ExportCommand, WritesTheThreadOfAMessageWhereverItIsChosenAndTellsTheRest) 
     rows.SetText("Автор"_ru, "Иван"_ru);
     rows.Update();
   }
-  const NodeTree threads = WholeArchive(base.connection(), {}, clock);
+  const NodeTree threads = WholeArchive(base.connection(), {}, clock_);
   NodeTree found;  // of a search, in a tree without threads: files are called as the settings caption them
   const NodeId results = found.Add(kRootNode, Placement::kLastChild, NodeKind::kResults, 0, "r");
   const NodeId message = found.Add(results, Placement::kLastChild, NodeKind::kFoundMessage, 2, "Рынок"_ru);
@@ -58,7 +54,7 @@ TEST(ExportCommand, WritesTheThreadOfAMessageWhereverItIsChosenAndTellsTheRest) 
       {found, gone, "", "Этого сообщения в базе уже нет."},
       {found, results, "", "Выберите в дереве сообщение"},
       {found, kNoNode, "", "Выберите в дереве сообщение"}};
-  ExportCommand command({files, clock, ini, log, settings, dialogs, shell});
+  ExportCommand command({files_, clock_, ini_, log_, settings, dialogs, shell});
   for (const auto& c : cases) {
     dialogs.told.clear();
     const QString status = command.ExportMSG_Click(nullptr, base, c.tree, c.node);
