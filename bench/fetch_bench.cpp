@@ -48,6 +48,19 @@ class Stopwatch {
   double seconds = 0;
 };
 
+/// The event loop is the bench's own.
+class BenchNetwork : public cli::Network {
+ public:
+  explicit BenchNetwork(PageFetcher& fetcher) : fetcher_(fetcher) {}
+  PageFetcher& pages() override { return fetcher_; }
+  Alarm& alarm() override { return alarm_; }
+  void RunEvents() override { QCoreApplication::processEvents(); }
+
+ private:
+  PageFetcher& fetcher_;
+  QtAlarm alarm_;
+};
+
 class TimedFetcher : public PageFetcher {
  public:
   std::string OpenUrl(std::string_view url, std::int32_t timeout) override {
@@ -111,9 +124,9 @@ Split Session(const std::string& folder, const mdl_AZ::ForumIni& ini, FileSystem
     TimedFetcher fetcher;
     TimedRecords rows(base);
     const cli::Interrupt interrupt;
-    cli::FetchView view(nowhere, false, rows, interrupt);
-    QtAlarm alarm;
-    GroupedRecords records(rows, alarm, [&view](const SettledRows& settled) { view.Settle(settled); });
+    BenchNetwork network(fetcher);
+    cli::FetchView view(nowhere, false, rows, network, interrupt);
+    GroupedRecords records(rows, network.alarm(), [&view](const SettledRows& settled) { view.Settle(settled); });
     FixedSession session({records, fetcher, view, ini, log, clock, {}});
     session.cmdDownload_Click(kKind, {.automatic = false, .begin = "1", .end = Cat(kPages)});
     split = {.network = fetcher.watch.seconds,

@@ -1,6 +1,8 @@
 #include "app/download_command.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "base/cat.h"
 #include "base/error.h"
@@ -13,13 +15,22 @@
 
 namespace {
 
+// The window is gone, and perhaps closed before anybody saw it.
+std::string LossText(const std::vector<LostRow>& lost) {
+  const auto [first, last] = std::ranges::minmax_element(lost, {}, &LostRow::number);
+  return Cat("Не записано сообщений: "_ru, lost.size(), ". Загрузите их ещё раз, номера с "_ru, first->number,
+             " по "_ru, last->number, ". "_ru, lost.back().reason);
+}
+
 void OpenWindow(KDVExplorer& explorer, const DownloadTools& tools) {
   const DownloadNeeds needs{explorer.Base(), tools.ini, tools.log, tools.clock, tools.dialogs, tools.inet, tools.alarm};
   std::vector<std::int32_t> stored;
+  std::vector<LostRow> lost;
   std::optional<std::int32_t> to_read;
   const auto run = [&](DownloadWindow&& window) {
     window.exec();
     stored = window.StoredMessages();
+    lost = window.LostMessages();
     to_read = window.MessageToRead();
   };
   // Each kind of session says which forums are its own.
@@ -31,6 +42,7 @@ void OpenWindow(KDVExplorer& explorer, const DownloadTools& tools) {
   else
     return;
   explorer.ShowDownloaded(stored, to_read);  // now that the base is no longer written to
+  if (!lost.empty()) explorer.SetStatus(FromCp1251(LossText(lost)));
 }
 
 }  // namespace

@@ -100,7 +100,7 @@ void Fetch(const Arguments& arguments, Context& context) {
   StatelessFetcher fetcher(network->pages());
   BaseRecordset rows(base);
   const Interrupt interrupt;
-  FetchView view(context.out, context.on_terminal, rows, interrupt);
+  FetchView view(context.out, context.on_terminal, rows, *network, interrupt);
   GroupedRecords records(rows, network->alarm(), [&view](const SettledRows& settled) { view.Settle(settled); });
   RunSession({base.forum_kind(), base.host(), records, fetcher, view, ini, log, context.clock}, range);
   Report(view, context);

@@ -54,6 +54,7 @@ void FetchView::SetCell(int column, std::string_view text) {
 // Sessions run events behind every number.
 void FetchView::ProcessEvents() {
   if (row_.number != 0) EndRow();
+  network_.RunEvents();
   StopIfAsked();
 }
 
@@ -116,6 +117,7 @@ void FetchView::PauseBeforeRetry() {
     return stop_();
   }
   ::poll(nullptr, 0, kPause);  // a signal ends it
+  network_.RunEvents();
   StopIfAsked();
 }
 

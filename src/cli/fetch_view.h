@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "cli/interrupt.h"
+#include "cli/network.h"
 #include "download/grouped_records.h"
 #include "download/session_view.h"
 #include "store/query_recordset.h"
@@ -23,8 +24,8 @@ class FetchView : public SessionView {
   };
 
   /// All outlive this object. What became of a number is read in `records`.
-  FetchView(std::ostream& out, bool on_terminal, QueryRecordset& records, const Interrupt& interrupt)
-      : out_(out), on_terminal_(on_terminal), records_(records), interrupt_(interrupt) {}
+  FetchView(std::ostream& out, bool on_terminal, QueryRecordset& records, Network& network, const Interrupt& interrupt)
+      : out_(out), on_terminal_(on_terminal), records_(records), network_(network), interrupt_(interrupt) {}
 
   /// Called between two numbers when the user asks to stop; stops the session.
   void OnInterrupt(std::function<void()> stop) { stop_ = std::move(stop); }
@@ -88,6 +89,7 @@ class FetchView : public SessionView {
   std::ostream& out_;
   const bool on_terminal_;
   QueryRecordset& records_;
+  Network& network_;
   const Interrupt& interrupt_;
   std::function<void()> stop_;
   Row row_;

@@ -13,6 +13,8 @@ class Network {
   virtual ~Network() = default;
   virtual PageFetcher& pages() = 0;
   virtual Alarm& alarm() = 0;
+  /// Runs the events that wait, for whoever goes on without asking for a page.
+  virtual void RunEvents() = 0;
 };
 
 /// @return null in a build that has no network

@@ -115,6 +115,7 @@ SettledRows GroupedRecords::StoreSingly(const std::vector<Row>& rows) {
     } catch (const Error& error) {
       records_.Cancel();
       settled.lost.push_back({row.number, error.what()});
+      if (error.number() == error_number::kLocked) broken = error.what();  // each try waits for seconds
     }
   }
   return settled;

@@ -28,7 +28,7 @@ struct SettledRows {
 /// The rows of a download. A row that comes a while after the last one is on the disk when its Update returns, as
 /// on any forum that answers slower than kRest. On a faster one the rows wait together, at most so long: a disk
 /// syncs hundreds of times a second, and a forum nearby sends thousands of pages. Look-ups see them at once. Rows
-/// that the base does not take together have another try each.
+/// that the base does not take together have another try each, unless another program keeps it locked.
 ///
 /// Events must not run between AddNew and Update.
 class GroupedRecords : public QueryRecordset {
@@ -39,7 +39,8 @@ class GroupedRecords : public QueryRecordset {
 
   using Told = std::function<void(const SettledRows&)>;
 
-  /// All outlive this object. @param told  called behind every Update that stores, and from the alarm; throws nothing
+  /// All outlive this object. @param told  called whenever it is certain what became of rows: by Update, AddNew and
+  ///        Flush, by the alarm and by the end of the object; throws nothing
   GroupedRecords(BatchedRecordset& records, Alarm& alarm, Told told);
   /// Stores what waits.
   ~GroupedRecords() override;

@@ -13,14 +13,14 @@
 
 #include "base/cat.h"
 #include "base/ru_literal.h"
-#include "download/ui/qt_alarm.h"
 #include "download/ui/tcp_socket.h"
 #include "store/new_base.h"
+#include "support/faulty_file.h"
 #include "support/fixed_clock.h"
+#include "support/hand_alarm.h"
 #include "support/memory_settings.h"
 #include "support/scripted_dialogs.h"
 #include "support/scripted_fetcher.h"
-#include "support/temp_folder.h"
 
 namespace {
 
@@ -32,12 +32,12 @@ struct NoWindows : OtherWindows {
 /// The main window with an empty base open.
 struct Stage {
   explicit Stage(const std::string& base) {
-    folder.Put("forum.ini",
-               "[FORUMS]\r\nmax=7\r\nf1=rts-an\r\nf2=kdv\r\nf3=ptrv\r\nf4=moysha\r\nf5=gelium\r\nf6=ows_ptrv\r\n"
-               "f7=other\r\n[kdv]\r\nURL=kdv.test\r\n[gelium]\r\nStopDownLoad=1\r\n");
-    CreateMessageBase(files, folder / base, {}, clock);
-    explorer.LoadInsteadOfDialog(folder / base);
-    explorer.Load(folder / base);
+    files.SetContent("/forum.ini",
+                     "[FORUMS]\r\nmax=7\r\nf1=rts-an\r\nf2=kdv\r\nf3=ptrv\r\nf4=moysha\r\nf5=gelium\r\nf6=ows_ptrv\r\n"
+                     "f7=other\r\n[kdv]\r\nURL=kdv.test\r\n[gelium]\r\nStopDownLoad=1\r\n");
+    CreateMessageBase(files, "/" + base, {}, clock);
+    explorer.LoadInsteadOfDialog("/" + base);
+    explorer.Load("/" + base);
   }
   /// @param in_window  what the user does there; the window then closes
   void Download(std::function<void(QWidget&)> in_window = {}) {
@@ -52,10 +52,9 @@ struct Stage {
     QCoreApplication::processEvents();
   }
 
-  TempFolder folder;
-  DiskFileSystem files;
+  FaultyFileSystem files;
   FixedClock clock{2002, 3, 16};
-  mdl_AZ::ForumIni ini{files, folder.path()};
+  mdl_AZ::ForumIni ini{files, "/"};
   mdl_AZ::ForumLog log{ini, files, clock};
   MemorySettings settings;
   ScriptedDialogs dialogs;
@@ -64,9 +63,18 @@ struct Stage {
   Script script;
   ScriptedFetcher inet{script};
   TcpSocket Winsock;
-  QtAlarm alarm;
+  HandAlarm alarm;
   std::string shown;  // the object name of the window
 };
+
+constexpr const char* kPage = "<title>T</title><textarea COLS=55 ROWS=6>B</textarea>";
+
+void FetchRange(QWidget& window, const char* end) {
+  window.findChild<QRadioButton*>("chkManual")->setChecked(true);
+  window.findChild<QLineEdit*>("txtBegin")->setText("1");
+  window.findChild<QLineEdit*>("txtEnd")->setText(end);
+  QTest::keyClick(&window, Qt::Key_Return);  // the default button
+}
 
 TEST(DownloadMessages, OpensTheWindowOfTheForumOrSaysWhyNot) {
   const struct {
@@ -93,7 +101,7 @@ TEST(DownloadMessages, OpensTheWindowOfTheForumOrSaysWhyNot) {
 TEST(DownloadMessages, ABaseThatAnotherProgramWritesIsTold) {
   Stage stage("kdv.mdb");
   MessageBase other(stage.files, stage.clock, stage.ini);
-  other.OpenBase(stage.folder / "kdv.mdb");
+  other.OpenBase("/kdv.mdb");
   const MessageBase::Writing writing(other);
   stage.Download();
   EXPECT_EQ(stage.shown, "");
@@ -103,19 +111,25 @@ TEST(DownloadMessages, ABaseThatAnotherProgramWritesIsTold) {
 TEST(DownloadMessages, TheMainWindowShowsTheFirstNewMessage) {
   Stage stage("kdv.mdb");
   auto* tree = stage.explorer.findChild<MessageTree*>();
-  const std::string page = "<title>T</title><textarea COLS=55 ROWS=6>B</textarea>";
-  for (const int number : {1, 2}) stage.inet.Serve(Cat("kdv.test/messages/", number, ".html"), page);
+  for (const int number : {1, 2}) stage.inet.Serve(Cat("kdv.test/messages/", number, ".html"), kPage);
   stage.settings.Set("LoadDays", cp1251::ToUtf8(user_settings::kWholeArchiveText));
-  stage.Download([](QWidget& window) {
-    window.findChild<QRadioButton*>("chkManual")->setChecked(true);
-    window.findChild<QLineEdit*>("txtBegin")->setText("1");
-    window.findChild<QLineEdit*>("txtEnd")->setText("2");
-    QTest::keyClick(&window, Qt::Key_Return);  // the default button
-  });
+  stage.Download([](QWidget& window) { FetchRange(window, "2"); });
   EXPECT_EQ(stage.explorer.msgKod(), 2) << "the newest thread stands on top";
   EXPECT_TRUE(tree->currentIndex().data(Qt::FontRole).value<QFont>().bold());
   stage.Download();  // nothing is stored, nothing changes
   EXPECT_TRUE(tree->currentIndex().isValid());
+}
+
+TEST(DownloadMessages, TheMainWindowTellsWhatTheBaseRefusedInTheEnd) {
+  Stage stage("kdv.mdb");
+  for (const int number : {1, 2, 3})
+    stage.inet.Serve(Cat("kdv.test/messages/", number, ".html"), [&stage, number] {
+      if (number == 3) stage.files.FailAt(1, FaultyFileSystem::Fault::kFail, FaultyFileSystem::Lasting::kFromThenOn);
+      return std::string(kPage);
+    });
+  stage.Download([](QWidget& window) { FetchRange(window, "3"); });
+  EXPECT_TRUE(stage.explorer.findChild<StatusPanels*>("StatBar")->Panel(1).startsWith(
+      QStringLiteral("Не записано сообщений: 2. Загрузите их ещё раз, номера с 2 по 3. Изменения не записаны")));
 }
 
 }  // namespace

@@ -54,6 +54,7 @@ struct PagesNetwork : Network {
   explicit PagesNetwork(const Pages::Page& page) : fetcher(page) {}
   PageFetcher& pages() override { return fetcher; }
   Alarm& alarm() override { return hand; }
+  void RunEvents() override {}
   Pages fetcher;
   HandAlarm hand;
 };

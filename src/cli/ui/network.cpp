@@ -13,6 +13,7 @@ class QtNetwork : public Network {
  public:
   PageFetcher& pages() override { return fetcher_; }
   Alarm& alarm() override { return alarm_; }
+  void RunEvents() override { QCoreApplication::processEvents(); }
 
  private:
   int count_ = 1;

@@ -57,6 +57,7 @@ void DownloadWindow::OpenRow(std::int32_t number) {
 
 void DownloadWindow::TakeNote(const SettledRows& settled) {
   stored_.insert(stored_.end(), settled.stored.begin(), settled.stored.end());
+  lost_.insert(lost_.end(), settled.lost.begin(), settled.lost.end());
   for (const LostRow& row : settled.lost) {
     pane_->MarkNotStored(row.number);
     TellNotStored(*pane_, clock_, row.number, row.reason);

@@ -34,6 +34,8 @@ class DownloadWindow : public QDialog {
  public:
   /// The messages that were stored while the window was open, in that order.
   const std::vector<std::int32_t>& StoredMessages() const { return stored_; }
+  /// The messages that the base refused after the list had shown them as stored.
+  const std::vector<LostRow>& LostMessages() const { return lost_; }
   /// The message that the user wants to read: a row that was opened, which closed the window.
   std::optional<std::int32_t> MessageToRead() const { return to_read_; }
 
@@ -57,7 +59,9 @@ class DownloadWindow : public QDialog {
   void TakeNote(const SettledRows& settled);
 
   const Clock& clock_;
+  // The end of records_ still stores what waits, and takes note of it.
   std::vector<std::int32_t> stored_;
+  std::vector<LostRow> lost_;
   BaseRecordset rows_;
   GroupedRecords records_;
   std::optional<std::int32_t> to_read_;
