@@ -110,44 +110,4 @@ TEST(TwoSessions, PartWhereTheTableSays) {
   }
 }
 
-TEST(TwoSessions, PartWhenTheWindowCloses) {
-  Fixed fixed;
-  fixed.fetcher.Serve("f/messages/5.html", [&] {
-    EXPECT_FALSE(fixed.session.MayClose());
-    return std::string();
-  });
-  fixed.Download({.automatic = false, .begin = "5", .end = "6"});
-  EXPECT_NE(fixed.Told().find("cancel the transfer\n"), std::string::npos);
-  EXPECT_NE(fixed.Told().find("\nclose\n"), std::string::npos);
-
-  Configured configured;
-  configured.Serve(6, Page::kNone);
-  configured.fetcher.Serve("c/5", [&] {
-    EXPECT_FALSE(configured.session.MayClose());
-    return std::string();
-  });
-  configured.Download({.automatic = false, .begin = "5", .end = "6"});
-  EXPECT_EQ(configured.Told().find("cancel the transfer\n"), std::string::npos);
-  EXPECT_EQ(configured.Told().find("\nclose\n"), std::string::npos);
-  EXPECT_NE(configured.Told().find("fetch c/6"), std::string::npos) << "the session goes on";
-}
-
-TEST(TwoSessions, PartWhenTheBaseIsEmptyOrFails) {
-  Fixed fixed;
-  Configured configured;
-  fixed.session.cmdGetFirst_Click();
-  configured.session.cmdGetFirst_Click();
-  EXPECT_EQ(fixed.script.Take(), "txtBegin: 1\n");
-  EXPECT_EQ(configured.script.Take(), "txtBegin: 0\n");
-
-  const RangeChoice two_numbers{.automatic = false, .begin = "5", .end = "6"};
-  fixed.records.Fail("msgExist");
-  fixed.Download(two_numbers);
-  EXPECT_TRUE(fixed.script.text().ends_with("hint: Диск не отвечает\n")) << "ends";
-  configured.records.Fail("msgExist");
-  for (int number : {5, 6}) configured.Serve(number, Page::kMessage);
-  configured.Download(two_numbers);
-  EXPECT_EQ(configured.records.size(), 2u) << "tries again";
-}
-
 }  // namespace

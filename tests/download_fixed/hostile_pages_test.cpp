@@ -9,11 +9,10 @@
 
 namespace {
 
-constexpr std::size_t kSize = 300'000;
 const FixedClock kClock(2002, 6, 15);
 
 TEST(HostilePages, RtsAn) {
-  hostile_pages::ForEachPage("rts-an", kSize, [](std::string_view page) {
+  hostile_pages::ForEachPage("rts-an", [](std::string_view page) {
     int step = 0;
     try {
       rts_an::trueMsg(page);
@@ -29,7 +28,7 @@ TEST(HostilePages, RtsAn) {
 }
 
 TEST(HostilePages, Kdv) {
-  hostile_pages::ForEachPage("kdv", kSize, [](std::string_view page) {
+  hostile_pages::ForEachPage("kdv", [](std::string_view page) {
     int step = 0;
     try {
       kdv::trueMsgKDV(page);

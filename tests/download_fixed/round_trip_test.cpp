@@ -16,18 +16,6 @@ using namespace page_losses;
 const FixedClock kClock(2002, 6, 15);
 constexpr std::string_view kNoSubject = "(...пусто...)"_ru;
 
-void ExpectSame(const MessageRecord& parsed, const MessageRecord& want) {
-  using testing::PrintToString;
-  EXPECT_EQ(parsed.Код, want.Код);
-  EXPECT_EQ(parsed.Вответ, want.Вответ);
-  EXPECT_EQ(PrintToString(parsed.Тема), PrintToString(want.Тема));
-  EXPECT_EQ(PrintToString(parsed.Автор), PrintToString(want.Автор));
-  EXPECT_EQ(parsed.АвторMail, want.АвторMail);
-  EXPECT_EQ(parsed.Дата->days, want.Дата->days);
-  EXPECT_EQ(PrintToString(parsed.Текст), PrintToString(want.Текст));
-  EXPECT_EQ(parsed.Картинка, want.Картинка);
-}
-
 // Two references become a double quote everywhere.
 std::string RtsAnQuotes(std::string_view text) { return Replaced(Replaced(text, "&amp;", "\""), "&quot;", "\""); }
 
@@ -47,13 +35,10 @@ std::string RtsAnSubject(std::string_view text) {
 }
 
 TEST(RoundTrip, RtsAnMessages) {
-  MessageGenerator messages(1);
-  for (int i = 0; i < RoundTrips() && !HasFailure(); ++i) {
-    const MessageRecord sent = messages.Next();
+  ForEachMessage(1, [](const MessageRecord& sent) {
     const std::string page = demo_pages::RtsAnPage(sent);
     const bool named = !text::Trim(sent.Тема).empty() && !text::Contains(sent.Тема, "</title>");
     EXPECT_EQ(rts_an::trueMsg(page), named ? page_code::kMessage : page_code::kNoSuchMessage);
-
     MessageRecord want = sent;
     want.Тема = RtsAnSubject(sent.Тема);
     if (want.Тема.empty()) want.Тема = kNoSubject;
@@ -63,7 +48,7 @@ TEST(RoundTrip, RtsAnMessages) {
     int step = 0;
     ExpectSame(rts_an::ParseMessage(page, sent.Код, kClock, step), want);
     EXPECT_EQ(step, 18);
-  }
+  });
 }
 
 // Every line end becomes CR LF, and ": " behind one is the forum's quoting.
@@ -82,12 +67,9 @@ std::string KdvBody(std::string_view text) {
 }
 
 TEST(RoundTrip, KdvMessages) {
-  MessageGenerator messages(2);
-  for (int i = 0; i < RoundTrips() && !HasFailure(); ++i) {
-    const MessageRecord sent = messages.Next();
+  ForEachMessage(2, [](const MessageRecord& sent) {
     const std::string page = demo_pages::KdvPage(sent);
     EXPECT_EQ(kdv::trueMsgKDV(page), page_code::kMessage);
-
     MessageRecord want = sent;
     want.Тема = DecodedDashes(KdvLines(sent.Тема));
     if (want.Тема.empty()) want.Тема = kNoSubject;
@@ -98,7 +80,7 @@ TEST(RoundTrip, KdvMessages) {
     int step = 0;
     ExpectSame(kdv::ParseMessage(page, sent.Код, kClock, step), want);
     EXPECT_EQ(step, 6);
-  }
+  });
 }
 
 }  // namespace

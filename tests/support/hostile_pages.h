@@ -12,63 +12,13 @@
 namespace hostile_pages {
 
 inline constexpr std::string_view kDate = "12 Мар 2002"_ru;
-inline constexpr std::string_view kPieces[] = {"<"_ru,
-                                               ">"_ru,
-                                               "<>"_ru,
-                                               "<b"_ru,
-                                               "<b>"_ru,
-                                               "</b>"_ru,
-                                               "<i>"_ru,
-                                               "&"_ru,
-                                               "&amp;"_ru,
-                                               "&amp;amp;"_ru,
-                                               "&#38;"_ru,
-                                               "&quot;"_ru,
-                                               "&nbsp;"_ru,
-                                               "m:"_ru,
-                                               "M"_ru,
-                                               "m: \r\n\r\n"_ru,
-                                               "\r\n"_ru,
-                                               "\r"_ru,
-                                               "\n"_ru,
-                                               "\n: "_ru,
-                                               "\t"_ru,
-                                               " "_ru,
-                                               " \r\n\t"_ru,
-                                               "="_ru,
-                                               "\""_ru,
-                                               "/"_ru,
-                                               ";"_ru,
-                                               ","_ru,
-                                               "</A>"_ru,
-                                               "<A href="_ru,
-                                               "<A href=\"="_ru,
-                                               "\">"_ru,
-                                               "<br>"_ru,
-                                               "<br><br>"_ru,
-                                               "<p>"_ru,
-                                               "</blockquote>\r\n"_ru,
-                                               "<p>\r\n"_ru,
-                                               "<hr"_ru,
-                                               "<dd>"_ru,
-                                               "<font size=-1>["_ru,
-                                               "value=\""_ru,
-                                               "previousname"_ru,
-                                               "previousdate"_ru,
-                                               "<title>"_ru,
-                                               "</title"_ru,
-                                               "- Форум аналитиков"_ru,
-                                               "<DIV class=message>"_ru,
-                                               "<input type=hidden name=\"orig"_ru,
-                                               "Views:"_ru,
-                                               "[<small>"_ru,
-                                               "9"_ru,
-                                               "1e9"_ru,
-                                               "&H"_ru,
-                                               "\0"_ru,
-                                               "ма"_ru,
-                                               "/default.asp?action=view&id=1&"_ru,
-                                               "/default.asp?action=view&id="_ru};
+/// Markup, each piece parted from the next by a "|".
+inline constexpr std::string_view kPieces =
+    "<|>|<>|<b|<b>|</b>|<i>|&|&amp;|&amp;amp;|&#38;|&quot;|&nbsp;|m:|M|m: \r\n\r\n|\r\n|\r|\n|\n: |\t| | \r\n\t|"
+    "=|\"|/|;|,|</A>|<A href=|<A href=\"=|\">|<br>|<br><br>|<p>|</blockquote>\r\n|<p>\r\n|<hr|<dd>|"
+    "<font size=-1>[|value=\"|previousname|previousdate|<title>|</title|- Форум аналитиков|<DIV class=message>|"
+    "<input type=hidden name=\"orig|Views:|[<small>|9|1e9|&H|\0|ма|/default.asp?action=view&id=1&|"
+    "/default.asp?action=view&id="_ru;
 
 /// A page of the forum, each of its texts `filling`.
 inline std::string PageOf(std::string_view kind, std::string_view filling) {
@@ -81,13 +31,14 @@ inline std::string PageOf(std::string_view kind, std::string_view filling) {
   return text::ReplaceAll(demo_pages::MessagePage(kind, message), kMark, filling);
 }
 
-/// Calls `parse` with pages of about four times `size` bytes that repeat one piece of markup, and with the bare
+/// Calls `parse` with pages of more than a million bytes that repeat one piece of markup, and with the bare
 /// repetition; then with a page cut off at every byte.
 template <typename Parse>
-void ForEachPage(std::string_view kind, std::size_t size, const Parse& parse) {
-  for (const std::string_view piece : kPieces) {
+void ForEachPage(std::string_view kind, const Parse& parse) {
+  constexpr std::size_t kSize = 300'000;  // of each text of the page
+  for (const std::string_view piece : text::Split(kPieces, "|")) {
     std::string filling;
-    while (filling.size() < size) filling += piece;
+    while (filling.size() < kSize) filling += piece;
     parse(filling);
     parse(PageOf(kind, filling));
   }

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <vector>
 
 #include "base/ru_literal.h"
 #include "store/message_record.h"
+#include "text/strings.h"
 
 /// Made-up messages, the same for the same seed, whose texts hold all that pages find hard to carry.
 class MessageGenerator {
@@ -32,46 +37,17 @@ class MessageGenerator {
   int Number(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
 
   std::string Text(int most_pieces) {
-    static constexpr std::string_view kPieces[] = {"рынок"_ru,       "Доллар"_ru,
-                                                   "стоп"_ru,        "ЁЖ"_ru,
-                                                   "ё"_ru,           "USD"_ru,
-                                                   "m"_ru,           "1.0532"_ru,
-                                                   " "_ru,           " "_ru,
-                                                   "  "_ru,          "                  "_ru,
-                                                   "\t"_ru,          "\r\n"_ru,
-                                                   "\r\n\r\n"_ru,    "\n"_ru,
-                                                   "\r"_ru,          "\r\n: "_ru,
-                                                   "\n: : "_ru,      "\0"_ru,
-                                                   "\u00A0"_ru,      "АЯая"_ru,
-                                                   "ЂђЉ€\u0098џ"_ru, "«»–—"_ru,
-                                                   "&"_ru,           "&amp;"_ru,
-                                                   "&amp;amp;"_ru,   "&quot;"_ru,
-                                                   "&QUOT;"_ru,      "&lt;"_ru,
-                                                   "&gt"_ru,         "&nbsp;"_ru,
-                                                   "&#34;"_ru,       "&#38;#34;"_ru,
-                                                   "&#150;"_ru,      "&#151;"_ru,
-                                                   "&#8212;"_ru,     "amp;"_ru,
-                                                   "lt;"_ru,         ";"_ru,
-                                                   "#"_ru,           "<"_ru,
-                                                   ">"_ru,           "\""_ru,
-                                                   "'"_ru,           "="_ru,
-                                                   "<b>"_ru,         "</b>"_ru,
-                                                   "<br>"_ru,        "<p>"_ru,
-                                                   "<P>"_ru,         "<hr>"_ru,
-                                                   "<dd>"_ru,        "</DIV>"_ru,
-                                                   "</td>"_ru,       "</FONT>"_ru,
-                                                   "</textarea>"_ru, "</blockquote>"_ru,
-                                                   "</html>"_ru,     "</title>"_ru,
-                                                   "</A>"_ru,        "<A href=\"http://x/?a=1&b=2\">"_ru,
-                                                   "mailto:"_ru,     "]]>"_ru,
-                                                   "[<small>"_ru,    "12:30 pm: "_ru,
-                                                   "m:"_ru,          "M: \r\n\r\n"_ru,
-                                                   ": "_ru,          " :-)"_ru,
-                                                   " J "_ru,         "Ответы и комментарии:"_ru,
-                                                   "http://"_ru};
+    // What texts are made of, each piece parted from the next by a "|".
+    static constexpr std::string_view kPieces =
+        "рынок|Доллар|стоп|ЁЖ|ё|USD|m|1.0532| | |  |                  |\t|\r\n|\r\n\r\n|\n|\r|\r\n: |\n: : |\0|"
+        "\u00A0|АЯая|ЂђЉ€\u0098џ|«»–—|&|&amp;|&amp;amp;|&quot;|&QUOT;|&lt;|&gt|&nbsp;|&#34;|&#38;#34;|&#150;|"
+        "&#151;|&#8212;|amp;|lt;|;|#|<|>|\"|'|=|<b>|</b>|<br>|<p>|<P>|<hr>|<dd>|</DIV>|</td>|</FONT>|</textarea>|"
+        "</blockquote>|</html>|</title>|</A>|<A href=\"http://x/?a=1&b=2\">|mailto:|]]>|[<small>|12:30 pm: |m:|"
+        "M: \r\n\r\n|: | :-)| J |Ответы и комментарии:|http://"_ru;
+    static const std::vector<std::string_view> pieces = text::Split(kPieces, "|");
     std::string text;
-    for (int pieces = Number(0, most_pieces); pieces > 0; --pieces)
-      text += kPieces[static_cast<std::size_t>(Number(0, std::size(kPieces) - 1))];
+    for (int left = Number(0, most_pieces); left > 0; --left)
+      text += pieces[static_cast<std::size_t>(Number(0, static_cast<int>(pieces.size()) - 1))];
     return text;
   }
 
@@ -87,4 +63,19 @@ inline int RoundTrips() {
   constexpr int kUsual = 500;
   const char* const wanted = std::getenv("FORUM_ROUND_TRIPS");
   return wanted == nullptr ? kUsual : std::atoi(wanted);
+}
+
+/// Calls `test` with that many messages of one seed; ends with the first that fails.
+template <typename Test>
+void ForEachMessage(unsigned seed, const Test& test) {
+  MessageGenerator messages(seed);
+  for (int i = 0; i < RoundTrips() && !testing::Test::HasFailure(); ++i) test(messages.Next());
+}
+
+inline void ExpectSame(const MessageRecord& parsed, const MessageRecord& want) {
+  const auto all = [](const MessageRecord& m) {
+    return std::tuple(m.Код, m.Вответ, m.Тема, m.Автор, m.АвторMail, m.Дата->days, m.Текст, m.Картинка);
+  };
+  ASSERT_TRUE(parsed.Дата && want.Дата);
+  EXPECT_EQ(all(parsed), all(want));
 }

@@ -2,8 +2,12 @@
 
 #include <functional>
 #include <map>
+#include <stdexcept>
 #include <string>
 
+#include "base/cat.h"
+#include "base/error.h"
+#include "base/ru_literal.h"
 #include "download/page_fetcher.h"
 #include "support/script.h"
 
@@ -19,12 +23,19 @@ class ScriptedFetcher : public PageFetcher {
   }
   /// Whatever the answer does happens while the page comes.
   void Serve(const std::string& url, Answer answer) { answers_[url] = std::move(answer); }
-  void Fail(const std::string& url);
+  void Fail(const std::string& url) {
+    Serve(url, Answer([]() -> std::string { throw TransferError(35754, "Нет связи"_ru); }));
+  }
   void TellState(int state) const {
     if (told_) told_(state);
   }
 
-  std::string OpenUrl(std::string_view url, std::int32_t timeout) override;
+  std::string OpenUrl(std::string_view url, std::int32_t timeout) override {
+    script_.Add(Cat("fetch ", url, ", ", timeout, " s"));
+    const auto found = answers_.find(url);
+    if (found == answers_.end()) throw std::logic_error(Cat("no page for ", url));
+    return found->second();
+  }
   void Cancel() override { script_.Add("cancel the transfer"); }
   void OnStateChanged(StateChanged told) override { told_ = std::move(told); }
 

@@ -37,9 +37,7 @@ struct DownloadRoom {
 
   explicit DownloadRoom(Sort sort, std::vector<std::int32_t> in_base = {}, const char* base_name = nullptr)
       : is_fixed(sort == Sort::kFixed) {
-    files.SetContent("/forum.ini", Cat("[FORUMS]\r\nmax=2\r\nf1=kdv\r\nf2=moysha\r\n[kdv]\r\nURL=", server.Url(""),
-                                       "\r\n[moysha]\r\nname=Беседка\r\nTIMEOUT=1\r\nURL="_ru, server.Url("/messages/"),
-                                       "\r\nURLSFX=.html\r\n"));
+    WriteForumIni();
     const std::string path = base_name != nullptr ? base_name : is_fixed ? "/kdv.mdb" : "/moysha.mdb";
     CreateMessageBase(files, path, {}, clock);
     base.OpenBase(path);
@@ -59,6 +57,13 @@ struct DownloadRoom {
     else
       window = std::make_unique<frmDownload2>(needs);
     window->show();
+  }
+
+  /// @param timeout  seconds of the configured forum; only a test that hangs comes as far as the usual one
+  void WriteForumIni(int timeout = 20) {
+    files.SetContent("/forum.ini", Cat("[FORUMS]\r\nmax=2\r\nf1=kdv\r\nf2=moysha\r\n[kdv]\r\nURL=", server.Url(""),
+                                       "\r\n[moysha]\r\nname=Беседка\r\nURLSFX=.html\r\nURL="_ru,
+                                       server.Url("/messages/"), "\r\nTIMEOUT=", timeout, "\r\n"));
   }
 
   /// A message that both sorts of forum take for theirs.

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -22,10 +20,16 @@ constexpr std::int32_t kShort = 1;
 using States = std::vector<int>;
 const States kSuccess{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12};
 
-QByteArray Page(const char* status, QByteArray body) {
-  return QByteArray("HTTP/1.1 ") + status + "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" +
-         body;
+QByteArray Page(const QByteArray& status, const QByteArray& body) {
+  return "HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
 }
+
+const QByteArray kOk = "HTTP/1.1 200 OK\r\n";
+const QByteArray kChunked = kOk + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n";
+const QByteArray kGzip = Page("200 OK\r\nContent-Encoding: gzip",
+                              QByteArray::fromHex("1f8b08000000000002ff2b2e2c4d4dad4a4d5128a6120300733dae8051000000"));
+
+const ScriptedServer::Answer kHalf = {.bytes = kOk + "Content-Length: 9\r\n\r\nhalf", .then = Then::kKeepOpen};
 
 struct Stage {
   explicit Stage(std::vector<ScriptedServer::Answer> answers = {}) {
@@ -54,27 +58,19 @@ struct Stage {
 
 TEST(HttpFetcher, TakesThePageAsItComesWhateverTheStatus) {
   const QByteArray bytes("a\0b\r\n\xC0\xFF\n", 8);
-  const QByteArray squeezed = QByteArray::fromHex("1f8b08000000000002ff2b2e2c4d4dad4a4d5128a6120300733dae8051000000");
-  const QByteArray gzip =
-      "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: " + QByteArray::number(squeezed.size()) +
-      "\r\n\r\n" + squeezed;
   const struct {
-    QByteArray answer;
-    QByteArray page;
+    QByteArray answer, page;
   } cases[] = {
       {Page("200 OK", bytes), bytes},
-      {Page("404 Not Found", "no"), "no"},
       {Page("401 Unauthorized", "who?"), "who?"},
-      {Page("400 Bad Request", "what?"), "what?"},
-      {Page("418 I'm a teapot", "tea"), "tea"},
-      {Page("500 Internal Server Error", "oops"), "oops"},
+      {Page("404 Not Found", "no"), "no"},
       {Page("503 Busy", "later"), "later"},
       {Page("302 Found", "no address"), "no address"},
       {Page("200 OK", ""), ""},
+      {Page("200 OK\r\nContent-Type: text/html; charset=koi8-r", "\xC1"), "\xC1"},
       {"HTTP/1.0 200 OK\r\n\r\nto the end", "to the end"},
-      {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n", "abcde"},
-      {gzip, QByteArray("squeezed ").repeated(9)},
-      {"HTTP/1.1 200 OK\r\nContent-Type: text/html; charset=koi8-r\r\nContent-Length: 1\r\n\r\n\xC1", "\xC1"},
+      {kChunked, "abcde"},
+      {kGzip, QByteArray("squeezed ").repeated(9)},
   };
   for (const auto& c : cases)
     for (const Pace pace : {Pace::kAtOnce, Pace::kByteByByte}) {
@@ -85,14 +81,7 @@ TEST(HttpFetcher, TakesThePageAsItComesWhateverTheStatus) {
 }
 
 TEST(HttpFetcher, APageCutAnywhereIsAFailure) {
-  const QByteArray squeezed = QByteArray::fromHex("1f8b08000000000002ff2b2e2c4d4dad4a4d5128a6120300733dae8051000000");
-  const QByteArray pages[] = {
-      Page("200 OK", "twenty bytes of page"),
-      Page("404 Not Found", "not here"),
-      "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n",
-      "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 32\r\n\r\n" + squeezed,
-  };
-  for (const QByteArray& page : pages)
+  for (const QByteArray& page : {Page("200 OK", "twenty bytes of page"), Page("404 Not Found", "no"), kChunked, kGzip})
     for (const Then then : {Then::kClose, Then::kReset})
       for (qsizetype cut = 0; cut < page.size(); cut += 3) {
         Stage stage({{.bytes = page.left(cut), .then = then}});
@@ -102,30 +91,15 @@ TEST(HttpFetcher, APageCutAnywhereIsAFailure) {
       }
 }
 
-TEST(HttpFetcher, AWrongLengthOrCodingIsAFailure) {
-  const QByteArray answers[] = {
-      "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nshort",
-      "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nabc\r\n",
-      "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nabc",
-      "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 9\r\n\r\nnot gzip!",
-      "garbage\r\n\r\n",
-      "",
-  };
-  for (const QByteArray& answer : answers) {
-    Stage stage({{.bytes = answer}});
-    EXPECT_NE(stage.Failure(), 0) << answer.toStdString();
-  }
-}
-
-TEST(HttpFetcher, NothingGoesOnWithoutEnd) {
-  const QByteArray header = "HTTP/1.1 200 OK\r\n";
+TEST(HttpFetcher, AnAnswerThatIsNoPageIsAFailure) {
   const ScriptedServer::Answer answers[] = {
-      {.bytes = header + "\r\n", .for_ever = QByteArray(5000, 'x')},                    // a body without end
-      {.bytes = header + "Content-Length: 999999999999\r\n\r\n", .for_ever = "xxxxx"},  // as announced
-      {.bytes = header, .for_ever = QByteArray("X-More: and more\r\n").repeated(500)},  // headers without end
-      {.bytes = header + "X: ", .for_ever = QByteArray(5000, 'x')},                     // one header without end
-      {.bytes = header + "Transfer-Encoding: chunked\r\n\r\n", .for_ever = "5\r\nxxxxx\r\n"},
-      {.bytes = "HTTP/1.1 302 Found\r\nLocation: /again\r\nContent-Length: 0\r\n\r\n"},
+      {.bytes = kOk + "Content-Length: 10\r\n\r\nshort"},
+      {.bytes = kOk + "Content-Encoding: gzip\r\nContent-Length: 9\r\n\r\nnot gzip!"},
+      {.bytes = kOk + "Content-Encoding: br\r\nContent-Length: 3\r\n\r\nabc"},
+      {.bytes = kOk + "\r\n", .for_ever = QByteArray(5000, 'x')},
+      {.bytes = kOk + "X: ", .for_ever = QByteArray(5000, 'x')},
+      {.bytes = kOk + "Transfer-Encoding: chunked\r\n\r\n", .for_ever = "5\r\nxxxxx\r\n"},
+      {.bytes = Page("302 Found\r\nLocation: /again", "")},
   };
   for (const auto& answer : answers) {
     Stage stage({answer});
@@ -136,8 +110,7 @@ TEST(HttpFetcher, NothingGoesOnWithoutEnd) {
 }
 
 TEST(HttpFetcher, FollowsARedirectionAndTellsEachStateOnce) {
-  Stage stage({{.bytes = "HTTP/1.1 302 Found\r\nLocation: /there\r\nContent-Length: 4\r\n\r\ngone"},
-               {.bytes = Page("200 OK", "here")}});
+  Stage stage({{.bytes = Page("302 Found\r\nLocation: /there", "gone")}, {.bytes = Page("200 OK", "here")}});
   EXPECT_EQ(stage.Get(), "here");
   EXPECT_EQ(stage.states, kSuccess);
   ASSERT_EQ(stage.server.requests().size(), 2u);
@@ -167,8 +140,7 @@ TEST(HttpFetcher, AsksAgainWhenTheServerHasClosedAnIdleConnection) {
 }
 
 TEST(HttpFetcher, BringsCookiesBack) {
-  Stage stage(
-      {{.bytes = "HTTP/1.1 200 OK\r\nSet-Cookie: a=1; path=/\r\nSet-Cookie: b=2\r\nContent-Length: 0\r\n\r\n"}});
+  Stage stage({{.bytes = Page("200 OK\r\nSet-Cookie: a=1; path=/\r\nSet-Cookie: b=2", "")}});
   stage.Get();
   stage.Get();
   EXPECT_EQ(stage.server.requests()[0].find("Cookie"), std::string::npos);
@@ -200,8 +172,8 @@ TEST(HttpFetcher, SaysWhatKeptThePageAway) {
   EXPECT_EQ(refused.states.back(), 11);
   Stage silent;
   EXPECT_EQ(silent.Failure(kShort), 35761);
-  EXPECT_EQ(silent.states, (States{1, 2, 3, 4, 5, 6, 11}));
-  Stage half({{.bytes = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", .then = Then::kKeepOpen}});
+  EXPECT_EQ(silent.states.back(), 11);
+  Stage half({kHalf});
   EXPECT_EQ(half.Failure(kShort), 35761);
   Stage nowhere;
   EXPECT_THROW(nowhere.fetcher->OpenUrl("", kSeconds), TransferError);
@@ -209,24 +181,13 @@ TEST(HttpFetcher, SaysWhatKeptThePageAway) {
 }
 
 TEST(HttpFetcher, CancelEndsTheCallWithAnEmptyPage) {
-  Stage stage({{.bytes = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", .then = Then::kKeepOpen},
-               {.bytes = Page("200 OK", "whole")}});
+  Stage stage({kHalf, {.bytes = Page("200 OK", "whole")}});
   stage.server.on_request = [&] { QTimer::singleShot(0, stage.fetcher.get(), [&] { stage.fetcher->Cancel(); }); };
   EXPECT_EQ(stage.Get(), "");
-  EXPECT_NE(stage.states.back(), 11);
+  EXPECT_LE(stage.states.back(), 7) << "neither whole nor failed";
   stage.server.on_request = nullptr;
   EXPECT_EQ(stage.Get(), "whole");
   stage.fetcher->Cancel();  // nothing to end
-}
-
-TEST(HttpFetcher, CancelIsHeardAtEveryState) {
-  for (int at = 1; at <= 7; ++at) {
-    Stage stage({{.bytes = Page("200 OK", "page")}});
-    stage.fetcher->OnStateChanged([&](int state) {
-      if (state == at) stage.fetcher->Cancel();
-    });
-    EXPECT_EQ(stage.Get(), "") << at;
-  }
 }
 
 TEST(HttpFetcher, RefusesASecondCallWhileOneRuns) {
@@ -237,17 +198,22 @@ TEST(HttpFetcher, RefusesASecondCallWhileOneRuns) {
   EXPECT_EQ(second, 35764);
 }
 
-TEST(HttpFetcher, MayGoWhileACallRuns) {
-  Stage stage;
-  stage.server.on_request = [&] { QTimer::singleShot(0, &*stage.fetcher, [&] { stage.fetcher.reset(); }); };
-  EXPECT_EQ(stage.Get(), "");
-  for (const int at : {1, 3, 6, 7}) {  // also while it tells a state
-    Stage early({{.bytes = Page("200 OK", "page")}});
-    early.fetcher->OnStateChanged([&](int state) {
-      if (state == at) early.fetcher.reset();
-    });
-    EXPECT_EQ(early.Get(), "") << at;
-  }
+TEST(HttpFetcher, MayBeCancelledOrGoAtEveryState) {
+  for (const bool goes : {false, true})
+    for (int at = 1; at <= 7; ++at) {
+      Stage stage({{.bytes = Page("200 OK", "page")}});
+      stage.fetcher->OnStateChanged([&](int state) {
+        if (state != at) return;
+        if (goes)
+          stage.fetcher.reset();
+        else
+          stage.fetcher->Cancel();
+      });
+      EXPECT_EQ(stage.Get(), "") << at;
+    }
+  Stage silent;
+  silent.server.on_request = [&] { QTimer::singleShot(0, &*silent.fetcher, [&] { silent.fetcher.reset(); }); };
+  EXPECT_EQ(silent.Get(), "");
 }
 
 }  // namespace

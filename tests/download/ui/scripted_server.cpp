@@ -6,12 +6,17 @@
 
 #include "base/cat.h"
 
-ScriptedServer::ScriptedServer(QByteArray request_end) : request_end_(std::move(request_end)) {
+ScriptedServer::ScriptedServer() {
   server_.listen(QHostAddress::LocalHost);
   QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] { Accept(); });
 }
 
 std::string ScriptedServer::Url(std::string_view path) const { return Cat("127.0.0.1:", port(), path); }
+
+void ScriptedServer::Close() {
+  server_.close();
+  refused_.bind(QHostAddress::LocalHost, 0, QAbstractSocket::DontShareAddress);
+}
 
 void ScriptedServer::Accept() {
   while (QTcpSocket* const peer = server_.nextPendingConnection()) {
@@ -28,7 +33,7 @@ ScriptedServer::Answer ScriptedServer::NextAnswer() const {
 }
 
 void ScriptedServer::Receive(QTcpSocket* peer) {
-  if (!peer->peek(1 << 16).contains(request_end_)) return;
+  if (!peer->peek(1 << 16).contains("\r\n\r\n")) return;
   requests_.push_back(peer->readAll().toStdString());
   const Answer answer = NextAnswer();
   if (answer.pace == Pace::kByteByByte)

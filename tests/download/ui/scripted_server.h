@@ -22,8 +22,7 @@ class ScriptedServer {
     QByteArray for_ever = {};  // sent again and again behind the bytes, as long as someone reads
   };
 
-  /// @param request_end  an answer starts when this has been received
-  explicit ScriptedServer(QByteArray request_end = "\r\n\r\n");
+  ScriptedServer();
 
   /// One answer per request; the last one also for all that follow.
   std::vector<Answer> answers;
@@ -34,11 +33,11 @@ class ScriptedServer {
   const std::vector<std::string>& requests() const { return requests_; }
   int connections() const { return connections_; }
 
-  std::uint16_t port() const { return server_.serverPort(); }
+  std::uint16_t port() const { return refused_.localPort() != 0 ? refused_.localPort() : server_.serverPort(); }
   /// Host and port behind the scheme.
   std::string Url(std::string_view path = "/") const;
-  /// No one listens there any more.
-  void Close() { server_.close(); }
+  /// Moves to a port at which no one listens, nor can: one that was given back may be another process's at once.
+  void Close();
 
  private:
   Answer NextAnswer() const;
@@ -48,8 +47,8 @@ class ScriptedServer {
   static void Drip(QTcpSocket* peer, const Answer& answer, qsizetype at);
   static void End(QTcpSocket* peer, const Answer& answer);
 
-  const QByteArray request_end_;
   QTcpServer server_;
+  QTcpSocket refused_;
   std::vector<std::string> requests_;
   int connections_ = 0;
 };
