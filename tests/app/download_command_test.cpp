@@ -120,6 +120,14 @@ TEST(DownloadMessages, TheMainWindowShowsTheFirstNewMessage) {
   EXPECT_TRUE(tree->currentIndex().isValid());
 }
 
+TEST(DownloadMessages, MessagesOlderThanTheDaysOnShowAreTold) {
+  Stage stage("kdv.mdb");
+  stage.inet.Serve("kdv.test/messages/1.html", kPage);
+  stage.Download([](QWidget& window) { FetchRange(window, "1"); });
+  EXPECT_EQ(stage.explorer.findChild<StatusPanels*>("StatBar")->Panel(1).toStdString(),
+            "Эти сообщения старше показанных дней: чтобы увидеть их, нажмите кнопку АРХИВ");
+}
+
 TEST(DownloadMessages, TheMainWindowTellsWhatTheBaseRefusedInTheEnd) {
   Stage stage("kdv.mdb");
   for (const int number : {1, 2, 3})

@@ -290,8 +290,10 @@ TEST_F(ExplorerWithBase, AClickAndAKeyShowAMessageAlike) {
 }
 
 TEST_F(ExplorerWithBase, StandsInTheMenuUntilItCannotBeOpened) {
-  recent_bases::Remember(settings_, Missing());
-  for (int time = 0; time < 2; ++time) Start(base_);
+  for (int time = 0; time < 2; ++time) {
+    recent_bases::Remember(settings_, Missing());
+    Start(base_);
+  }
   EXPECT_THAT(recent_bases::List(settings_), ElementsAre(base_, Missing()));
   Start();
   const auto entries = Find<QMenu>("mnuRecent")->actions();
