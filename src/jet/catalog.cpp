@@ -67,7 +67,7 @@ void CatalogReader::Take(const Row& row) {
 Catalog ReadCatalog(const Table& objects) {
   CatalogReader reader(objects.def());
   for (TableCursor cursor = objects.Scan(); cursor.Next();) reader.Take(cursor.row());
-  return std::move(reader.catalog());
+  return std::move(reader).Take();
 }
 
 std::vector<QueryRow> ReadQueryRows(const Table& queries, std::int32_t id) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jet/table.h"
@@ -56,7 +57,7 @@ class CatalogReader {
   explicit CatalogReader(const TableDef& objects);
   /// @throws FormatError for a damaged row; those before it stay
   void Take(const Row& row);
-  Catalog& catalog() { return catalog_; }
+  Catalog Take() && { return std::move(catalog_); }
 
  private:
   const Column &id_, &name_, &type_, &flags_;

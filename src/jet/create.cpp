@@ -53,6 +53,7 @@ UnfinishedBase::UnfinishedBase(FileSystem& files, std::string path, const Header
 UnfinishedBase::~UnfinishedBase() {
   base_.reset();
   RemoveQuietly(files_, temporary_);
+  RemoveQuietly(files_, JournalPath(temporary_));
 }
 
 void UnfinishedBase::Publish() {
@@ -75,19 +76,21 @@ void UnfinishedBase::PublishNew() {
   }
 }
 
-void CreateBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now,
-                const std::function<void(CatalogWriter& catalog, const Header& header)>& fill) {
+void CreateBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now, const BaseDesign& fill) {
+  BeginBase(files, path, kind, now, fill)->PublishNew();
+}
+
+std::unique_ptr<UnfinishedBase> BeginBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now,
+                                          const BaseDesign& fill) {
   RequireNoFile(files, path);
   const Header header = NewHeader(kind.version, kind.order);
-  UnfinishedBase unfinished(files, path, header);
-  {
-    Transaction transaction(unfinished.base().store());
-    ListSystemObjects(transaction, unfinished.base(), now);
-    CatalogWriter catalog(transaction, unfinished.base(), now);
-    fill(catalog, header);
-    transaction.Commit();
-  }
-  unfinished.PublishNew();
+  auto unfinished = std::make_unique<UnfinishedBase>(files, path, header);
+  Transaction transaction(unfinished->base().store());
+  ListSystemObjects(transaction, unfinished->base(), now);
+  CatalogWriter catalog(transaction, unfinished->base(), now);
+  fill(catalog, header);
+  transaction.Commit();
+  return unfinished;
 }
 
 }  // namespace jet

@@ -13,7 +13,7 @@
 
 namespace jet {
 
-/// A base in the making, under the temporary name `path`.new. What is not published goes.
+/// A base in the making, under the temporary name `path`.new. What is not published goes, its journal too.
 class UnfinishedBase {
  public:
   /// A base with its system tables, which have no rows yet.
@@ -46,11 +46,15 @@ struct NewBase {
   SortOrder order = SortOrder::kGeneral;
 };
 
-/// Makes a base: all of it, or nothing.
+using BaseDesign = std::function<void(CatalogWriter& catalog, const Header& header)>;
+
+/// Makes a base that is still to get its rows, or its name.
 /// @param now   the date of creation that its objects get
 /// @param fill  adds tables and queries
 /// @throws FileError 75 when there is a file of that name
-void CreateBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now,
-                const std::function<void(CatalogWriter& catalog, const Header& header)>& fill);
+std::unique_ptr<UnfinishedBase> BeginBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now,
+                                          const BaseDesign& fill);
+/// Makes a base: all of it, or nothing.
+void CreateBase(FileSystem& files, const std::string& path, const NewBase& kind, OleDate now, const BaseDesign& fill);
 
 }  // namespace jet

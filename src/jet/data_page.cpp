@@ -5,11 +5,35 @@
 
 namespace jet {
 
+namespace {
+
+/// How many entries of the row table lead to rows that lie one below the other and above the table.
+std::size_t SlotsThatFit(const Layout& layout, Bytes page) {
+  std::size_t slots = 0, end = page.size();
+  for (std::size_t at = layout.data_page.row_table; slots < kMostSlots && at + kRowSlotSize <= end; ++slots) {
+    const std::size_t begin = LoadU16(page, at) & kRowStart;
+    at += kRowSlotSize;
+    if (begin < at || begin > end) break;
+    end = begin;
+  }
+  return slots;
+}
+
+}  // namespace
+
 DataPage::DataPage(const Layout& layout, const Page& page)
-    : bytes_(page.bytes()),
-      number_(page.number()),
-      table_(layout.data_page.row_table),
-      slots_(LoadU16(bytes_, layout.data_page.row_count)) {
+    : DataPage(LoadU16(page.bytes(), layout.data_page.row_count), layout, page) {}
+
+DataPage DataPage::Salvage(const Layout& layout, const Page& page) {
+  const std::size_t stored = page.U16(layout.data_page.row_count);
+  const bool possible =
+      stored <= kMostSlots && layout.data_page.row_table + kRowSlotSize * stored <= page.bytes().size();
+  const DataPage fitting(SlotsThatFit(layout, page.bytes()), layout, page);
+  return possible && fitting.free() != page.U16(kFreeSpaceAt) ? DataPage(layout, page) : fitting;
+}
+
+DataPage::DataPage(std::size_t slots, const Layout& layout, const Page& page)
+    : bytes_(page.bytes()), number_(page.number()), table_(layout.data_page.row_table), slots_(slots) {
   if (LoadU8(bytes_, kPageKindAt) != page_kind::kData) throw FormatError("Это не страница данных"_ru, number_);
   if (slots_ > kMostSlots || table_ + 2 * slots_ > bytes_.size())
     throw FormatError("На странице записано невозможное число строк"_ru, number_);

@@ -16,6 +16,10 @@ class DataPage {
   /// The same for a page that must belong to `owner`: a table's definition page or kLongValueOwner.
   DataPage(const Layout& layout, const Page& page, std::uint32_t owner);
 
+  /// The rows of a page whose count of them may be damaged: as many as fit there when the count is impossible, or
+  /// when the page's count of free bytes speaks for that. @throws FormatError when the page is of another kind
+  static DataPage Salvage(const Layout& layout, const Page& page);
+
   std::size_t slot_count() const { return slots_; }
   /// Bytes between the row table and the lowest row. @throws FormatError when they overlap
   std::size_t free() const;
@@ -25,6 +29,7 @@ class DataPage {
   Bytes Row(std::size_t slot) const;
 
  private:
+  DataPage(std::size_t slots, const Layout& layout, const Page& page);
   unsigned Entry(std::size_t slot) const { return LoadU16(bytes_, table_ + 2 * slot); }
 
   Bytes bytes_;

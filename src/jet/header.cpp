@@ -55,12 +55,45 @@ const Layout& RecogniseLayout(Bytes page) {
   }
 }
 
-bool HasPassword(const Layout& layout, Bytes page, OleDate created) {
-  const std::uint32_t day = layout.header.created == 0 ? 0 : CreationDay(created);
-  const Bytes password = page.subspan(layout.header.password, layout.header.password_size);
-  for (std::size_t at = 0; at < password.size(); at += 4)
-    if (LoadU32(password, at) != day) return true;
-  return false;
+/// What is known of the file's first bytes, the mask taken off.
+struct OpenedHeader {
+  const Layout& layout;
+  HeaderBytes bytes;
+};
+
+OpenedHeader OpenHeader(const File& file) {
+  HeaderBytes page{};
+  const std::uint64_t size = file.Size();
+  file.ReadAt(0, MutableBytes(page).first(static_cast<std::size_t>(std::min<std::uint64_t>(size, page.size()))));
+  const Layout& layout = RecogniseLayout(page);
+  if (size < layout.page_size) Refuse("Файл базы повреждён: в нём нет и одной страницы"_ru);
+  ApplyHeaderMask(layout, page);
+  return {layout, page};
+}
+
+OleDate CreatedOn(const Layout& layout, Bytes page) {
+  return layout.header.created == 0 ? OleDate{} : OleDate{LoadF64(page, layout.header.created)};
+}
+
+/// Zeros only when there is none.
+std::string PasswordOf(const Layout& layout, Bytes page) {
+  const std::uint32_t day = layout.header.created == 0 ? 0 : CreationDay(CreatedOn(layout, page));
+  std::string password(AsText(page.subspan(layout.header.password, layout.header.password_size)));
+  for (std::size_t i = 0; i < password.size(); ++i)
+    password[i] = static_cast<char>(LoadU8(AsBytes(password), i) ^ ((day >> (8 * (i % 4))) & 0xFF));
+  return password;
+}
+
+bool HasPassword(const std::string& password) { return password.find_first_not_of('\0') != std::string::npos; }
+
+/// Characters, then zeros, and not the same ones over and over, as a damaged date of creation makes them.
+bool IsTyped(const Layout& layout, const std::string& password) {
+  const std::size_t width = layout.version == Version::kJet3 ? 1 : 2;
+  const auto is_zero = [&](std::size_t at) { return password.find_first_not_of('\0', at) >= at + width; };
+  std::size_t length = 0;
+  while (length < password.size() && !is_zero(length)) length += width;
+  const bool repeats = password.compare(4, std::string::npos, password, 0, password.size() - 4) == 0;
+  return length > 0 && !repeats && !HasPassword(password.substr(length));
 }
 
 }  // namespace
@@ -75,23 +108,24 @@ void ApplyHeaderMask(const Layout& layout, MutableBytes page) {
   for (std::size_t i = 0; i < layout.header.mask_size; ++i) page[kMaskBegin + i] ^= std::byte{kMask[i]};
 }
 
-Header ReadHeader(const File& file) {
-  HeaderBytes page{};
-  const std::uint64_t size = file.Size();
-  file.ReadAt(0, MutableBytes(page).first(static_cast<std::size_t>(std::min<std::uint64_t>(size, page.size()))));
-  const Layout& layout = RecogniseLayout(page);
-  if (size < layout.page_size) Refuse("Файл базы повреждён: в нём нет и одной страницы"_ru);
-  ApplyHeaderMask(layout, page);
+bool IsUnderTypedPassword(const File& file) try {
+  const OpenedHeader header = OpenHeader(file);
+  return IsTyped(header.layout, PasswordOf(header.layout, header.bytes));
+} catch (const Error&) {
+  return false;
+}
 
+Header ReadHeader(const File& file) {
+  const auto [layout, page] = OpenHeader(file);
   Header header;
   header.version = layout.version;
   header.code_page = LoadU16(page, kCodePageAt);
   header.collation = LoadU16(page, layout.header.collation);
   if (layout.header.collation_version != 0) header.collation_version = LoadU8(page, layout.header.collation_version);
   header.build = LoadU16(page, layout.header.build);
-  if (layout.header.created != 0) header.created.days = LoadF64(page, layout.header.created);
+  header.created = CreatedOn(layout, page);
   if (LoadU32(page, kEncodingKeyAt) != 0) Refuse("База закодирована: её нужно сначала раскодировать"_ru);
-  if (HasPassword(layout, page, header.created)) Refuse("База защищена паролем: его нужно сначала снять"_ru);
+  if (HasPassword(PasswordOf(layout, page))) Refuse("База защищена паролем: его нужно сначала снять"_ru);
   return header;
 }
 

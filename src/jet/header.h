@@ -24,6 +24,9 @@ struct Header {
 ///         encoded, under a password, another product's
 Header ReadHeader(const File& file);
 
+/// Is the file a base under a password that somebody has typed? Damage to page 0 seldom looks like one.
+bool IsUnderTypedPassword(const File& file);
+
 /// The day of creation as a number: Jet 4 masks the password with it once more. 0 when it is none.
 std::uint32_t CreationDay(OleDate created);
 

@@ -4,6 +4,7 @@
 
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "jet/new_file.h"
 #include "jet/page_store.h"
 #include "jet/recovery.h"
 #include "jet/salvage_cursor.h"
@@ -42,20 +43,46 @@ void RequireFinished(FileSystem& files, const std::string& path, const File& bas
   if (!IsLeftHalfDone(files, files.RealPath(path), base, layout)) return;
   throw Error(error_number::kNoAccess,
               "Запись в эту базу была прервана сбоем, рядом с ней лежит журнал. Сначала откройте базу: она вернётся в "
-              "прежнее состояние. Если это не удаётся, скопируйте файл базы без журнала и спасайте сообщения "
-              "копии."_ru);
+              "прежнее состояние. Если это не удаётся, скопируйте файл базы без журнала и спасите сообщения "
+              "из копии."_ru);
+}
+
+std::optional<TableDef> DefinitionAt(const PageFile& pages, std::uint32_t page) try {
+  return ReadTableDef(pages, page);
+} catch (const Error&) {
+  return std::nullopt;
+}
+
+/// Are the file's pages those of this version? Then its catalog is defined where it must be.
+bool HasCatalog(FileSystem& files, const std::string& path, const Layout& layout) try {
+  const PageFile pages(std::make_unique<WholePages>(files.Open(path, OpenMode::kRead), layout.page_size), layout,
+                       kCacheBytes);
+  return DefinitionAt(pages, kCatalogPage).has_value();
+} catch (const Error&) {
+  return false;
+}
+
+/// What the pages tell about a base whose own header is damaged.
+std::optional<Header> GuessHeader(FileSystem& files, const std::string& path) {
+  for (const Version version : {Version::kJet3, Version::kJet4})
+    if (HasCatalog(files, path, LayoutOf(version))) return NewHeader(version, SortOrder::kRussian);
+  return std::nullopt;
 }
 
 // An object that cannot be named cannot be asked for.
-void TakeIfReadable(CatalogReader& reader, const Row& row) try { reader.Take(row); } catch (const FormatError&) {
-} catch (const FileError&) {
+void TakeIfReadable(CatalogReader& reader, const Row& row) {
+  try {
+    reader.Take(row);
+  } catch (const Error&) {
+    // The row is damaged; or the definition is, and says that a number is none.
+  }
 }
 
 }  // namespace
 
 SalvagedBase::SalvagedBase(FileSystem& files, const std::string& path) {
   std::unique_ptr<File> file = files.Open(path, OpenMode::kRead);
-  header_ = ReadHeader(*file);
+  FindHeader(files, path, *file);
   const Layout& layout = LayoutOf(header_.version);
   if (!WaitForLock(*file, kGateLock, LockKind::kShared, StoreOptions{}.patience)) ThrowLocked();
   RequireFinished(files, path, *file, layout);
@@ -64,15 +91,24 @@ SalvagedBase::SalvagedBase(FileSystem& files, const std::string& path) {
       std::make_unique<PageFile>(std::make_unique<WholePages>(std::move(file), layout.page_size), layout, kCacheBytes);
 }
 
+// Nobody takes a password off by damaging the file.
+void SalvagedBase::FindHeader(FileSystem& files, const std::string& path, const File& file) try {
+  header_ = ReadHeader(file);
+} catch (const Error&) {
+  const std::optional<Header> guessed = IsUnderTypedPassword(file) ? std::nullopt : GuessHeader(files, path);
+  if (!guessed) throw;
+  header_ = *guessed;
+  knows_header_ = false;
+}
+
 Catalog SalvagedBase::ReadCatalog() const {
   const std::optional<TableDef> objects = ReadDefinition(kCatalogPage);
   if (!objects) return {};
   try {
     Catalog whole = jet::ReadCatalog({*pages_, *objects});
     if (!whole.user_tables.empty()) return whole;
-  } catch (const FormatError&) {
+  } catch (const Error&) {
     // The long way then.
-  } catch (const FileError&) {
   }
   return ReadCatalogRows(*objects);
 }
@@ -82,23 +118,20 @@ Catalog SalvagedBase::ReadCatalogRows(const TableDef& objects) const try {
   SalvageCursor cursor(*pages_, objects);
   while (cursor.NextPage())
     while (cursor.NextRow()) TakeIfReadable(reader, cursor.row());
-  return std::move(reader.catalog());
-} catch (const FormatError&) {
+  return std::move(reader).Take();
+} catch (const Error&) {
   return {};
 }
 
-std::optional<TableDef> SalvagedBase::ReadDefinition(std::uint32_t page) const try {
-  return ReadTableDef(*pages_, page);
-} catch (const FormatError&) {
-  return std::nullopt;
-} catch (const FileError&) {
-  return std::nullopt;
-}
+std::optional<TableDef> SalvagedBase::ReadDefinition(std::uint32_t page) const { return DefinitionAt(*pages_, page); }
 
 // A page in the middle of a definition does not read as the beginning of one: it has no counts there.
-std::optional<TableDef> SalvagedBase::FindDefinition(const std::function<bool(const TableDef&)>& fits) const {
-  for (std::uint32_t page = kCatalogPage; page < pages_->page_count(); ++page)
+std::optional<TableDef> SalvagedBase::FindDefinition(const std::function<bool(const TableDef&)>& fits,
+                                                     Progress& progress) const {
+  for (std::uint32_t page = kCatalogPage; page < pages_->page_count(); ++page) {
     if (std::optional<TableDef> found = ReadDefinition(page); found && fits(*found)) return found;
+    if (!progress.Advance(0)) return std::nullopt;
+  }
   return std::nullopt;
 }
 

@@ -18,9 +18,7 @@ bool SalvageCursor::NextPage() {
   if (next_ == file_.page_count()) return false;
   try {
     LookAtPage(next_++);
-  } catch (const FormatError&) {
-    AddBadPage();
-  } catch (const FileError&) {
+  } catch (const Error&) {
     AddBadPage();
   }
   return true;
@@ -29,7 +27,7 @@ bool SalvageCursor::NextPage() {
 void SalvageCursor::LookAtPage(std::uint32_t number) {
   page_ = file_.Read(number);
   if (page_.kind() == page_kind::kData && page_.U32(kOwnerAt) == def_.page)
-    rows_.emplace(file_.layout(), page_);
+    rows_ = DataPage::Salvage(file_.layout(), page_);
   else if (IsClaimed(number))
     AddBadPage();
 }

@@ -16,6 +16,18 @@
 namespace jet {
 namespace {
 
+// Far more than as many columns and indexes as a table can have take, all with the longest names.
+constexpr std::size_t kLargestDefinition = 1u << 20;
+
+std::size_t FixedSizeOf(const Column& column) { return SizeOf(column.type) != 0 ? SizeOf(column.type) : column.length; }
+
+/// Do both claim one place of a row? Booleans have none.
+bool Overlap(const Column& a, const Column& b) {
+  if (a.type == ColumnType::kBoolean || b.type == ColumnType::kBoolean || a.fixed != b.fixed) return false;
+  if (!a.fixed) return a.variable_index == b.variable_index;
+  return a.fixed_offset < b.fixed_offset + FixedSizeOf(b) && b.fixed_offset < a.fixed_offset + FixedSizeOf(a);
+}
+
 /// Reads a definition from its start to its end, never past it.
 class DefinitionReader {
  public:
@@ -97,7 +109,8 @@ void DefinitionReader::ReadColumns(TableDef& def) {
   for (std::size_t i = 0; i < column_count_; ++i) {
     Column column = ReadColumn(entries.subspan(i * layout_.column.size, layout_.column.size));
     CheckColumn(def, column);
-    if (def.ColumnByNumber(column.number) != nullptr) ThrowDamaged();
+    for (const Column& other : def.columns)
+      if (other.number == column.number || Overlap(other, column)) ThrowDamaged();
     column.stored_name = TakeName();
     column.name = DecodeName(column.stored_name);
     def.columns.push_back(std::move(column));
@@ -136,7 +149,8 @@ Column DefinitionReader::ReadColumn(Bytes entry) const {
 void DefinitionReader::CheckColumn(const TableDef& def, const Column& column) const {
   const bool known = IsKnownType(layout_.version, column.type);
   const bool placed =
-      column.fixed || column.type == ColumnType::kBoolean || column.variable_index < def.variable_columns;
+      column.type == ColumnType::kBoolean || (column.fixed ? FixedSizeOf(column) > 0 && !IsLongValue(column.type)
+                                                           : column.variable_index < def.variable_columns);
   const bool scaled = column.scale <= kLargestScale;
   if (!known || !placed || !scaled || column.number >= def.max_columns) ThrowDamaged();
 }
@@ -205,12 +219,15 @@ void DefinitionReader::ReadLongValueEntries(TableDef& def) {
 // The first page whole, of every further one what follows its head.
 std::vector<std::byte> Assemble(const PageFile& file, std::uint32_t first) {
   std::vector<std::byte> bytes;
+  std::vector<std::uint32_t> seen;
   std::size_t length = 0, skip = 0;
   for (std::uint32_t number = first; bytes.empty() || bytes.size() < length;) {
     const Page page = file.Read(number);
     if (page.kind() != page_kind::kTableDef) throw FormatError("Это не страница определения таблицы"_ru, number);
     if (skip == 0) length = page.U32(kDefinitionLengthAt);
-    if (length > file.size()) throw FormatError("Определение таблицы повреждено"_ru, first);
+    if (length > kLargestDefinition || std::ranges::find(seen, number) != seen.end())
+      throw FormatError("Определение таблицы повреждено"_ru, first);
+    seen.push_back(number);
     const Bytes part = page.bytes().subspan(skip);
     bytes.insert(bytes.end(), part.begin(), part.end());
     skip = kContinuationHead;

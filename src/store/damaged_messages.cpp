@@ -45,8 +45,25 @@ bool HasUsualShape(const jet::TableDef& def, const jet::TableDef& usual) {
   return def.max_columns == usual.max_columns && def.variable_columns == usual.variable_columns;
 }
 
+/// Do the fixed columns fill their part of the row? A table that never lost a column has no gap there.
+bool LeavesNoGap(const jet::TableDef& def) {
+  std::size_t sum = 0, end = 0;
+  for (const jet::Column& column : def.columns) {
+    if (!column.fixed || column.type == ColumnType::kBoolean) continue;
+    sum += jet::SizeOf(column.type);
+    end = std::max(end, column.fixed_offset + jet::SizeOf(column.type));
+  }
+  return sum == end;
+}
+
+/// Can its columns be believed?
+bool IsTheTable(const jet::TableDef& def, const jet::TableDef& usual) {
+  if (HasUsualShape(def, usual)) return HasAllColumns(def, usual) && LeavesNoGap(def);
+  return HasAllColumns(def, usual) || HoldsMessages(def);
+}
+
 /// The definition of a new base's table in the place of one that cannot be read.
-jet::TableDef AsUsual(jet::TableDef def, std::uint32_t page) {
+jet::TableDef InPlaceOf(std::uint32_t page, jet::TableDef def) {
   def.page = page;
   def.owned_map = def.free_map = {};
   def.real_indexes.clear();
@@ -86,39 +103,60 @@ void MarkIncomplete(std::vector<jet::Assignment>& values) {
 
 std::string_view IncompleteMessageMark() { return kMark; }
 
-DamagedMessages::DamagedMessages(const jet::SalvagedBase& base, const jet::TableDef& to)
+DamagedMessages::DamagedMessages(const jet::SalvagedBase& base, const jet::TableDef& to, Progress& progress)
     : version_(base.header().version) {
   const jet::Catalog catalog = base.ReadCatalog();
-  def_ = FindDefinition(base, catalog, to);
+  def_ = FindDefinition(base, catalog, to, progress);
+  if (stopped_) return;
   PlanColumns(to);
   NoteWhatStays(catalog);
+  if (!base.knows_header()) notes_.emplace_back("Начало файла повреждено: вид базы определён по её страницам"_ru);
   if (base.ends_within_page()) notes_.emplace_back("Файл обрывается посреди страницы"_ru);
 }
 
-// Where the catalog leads; else what looks like the table, unless the catalog calls that by another name.
+// Where the catalog leads; else what looks like the table; else its rows are taken to look as in a new base.
 jet::TableDef DamagedMessages::FindDefinition(const jet::SalvagedBase& base, const jet::Catalog& catalog,
-                                              const jet::TableDef& to) {
+                                              const jet::TableDef& to, Progress& progress) {
   const jet::CatalogTable* const listed = catalog.FindTable(kTable);
   std::optional<jet::TableDef> own;
   if (listed != nullptr) own = base.ReadDefinition(listed->definition);
-  const bool usual = own && HasUsualShape(*own, to);
-  if (own && (HasAllColumns(*own, to) || (HoldsMessages(*own) && !usual))) return *std::move(own);
-
-  const auto fits = [&](const jet::TableDef& def) {
-    return HoldsMessages(def) && std::ranges::find(catalog.user_tables, def.page, &jet::CatalogTable::definition) ==
-                                     catalog.user_tables.end();
-  };
-  if (!usual)
-    if (auto def = base.FindDefinition(fits)) return *std::move(def);
-  if (listed == nullptr || (own && !usual))
+  if (own && IsTheTable(*own, to)) return *std::move(own);
+  if (own && HasUsualShape(*own, to)) return WithUsualColumns(*std::move(own), to);
+  if (auto other = FindElsewhere(base, catalog, progress)) return *std::move(other);
+  stopped_ = !progress.Advance(0);
+  if (stopped_) return to;
+  if (listed == nullptr || own)
     throw Error(error_number::kNoSuchObject,
-                "В файле не нашлась таблица База: её определение повреждено, или это не база сообщений"_ru);
+                "В файле не нашлось таблицы База: её определение повреждено, или это не база сообщений"_ru);
+  knows_definition_ = false;
+  return WithUsualColumns(InPlaceOf(listed->definition, to), to);
+}
+
+/// A table that the catalog calls by another name is taken only when it calls none by the right one.
+std::optional<jet::TableDef> DamagedMessages::FindElsewhere(const jet::SalvagedBase& base, const jet::Catalog& catalog,
+                                                            Progress& progress) {
+  std::optional<jet::TableDef> misnamed;
+  std::string name;
+  const auto is_unlisted = [&](const jet::TableDef& def) {
+    if (!HoldsMessages(def)) return false;
+    const auto listed = std::ranges::find(catalog.user_tables, def.page, &jet::CatalogTable::definition);
+    if (listed == catalog.user_tables.end()) return true;
+    if (misnamed) return false;
+    misnamed = def;
+    name = listed->name;
+    return false;
+  };
+  std::optional<jet::TableDef> found = base.FindDefinition(is_unlisted, progress);
+  if (found || !misnamed || catalog.FindTable(kTable) != nullptr) return found;
+  notes_.push_back(Cat("Таблицы База нет в списке таблиц: сообщения взяты из похожей на неё таблицы "_ru, name));
+  return misnamed;
+}
+
+jet::TableDef DamagedMessages::WithUsualColumns(jet::TableDef def, const jet::TableDef& usual) {
   notes_.emplace_back(
       "Определение таблицы База повреждено: её строки прочитаны так, как они устроены в новых базах"_ru);
-  knows_definition_ = usual;
-  if (!usual) return AsUsual(to, listed->definition);
-  own->columns = to.columns;
-  return *std::move(own);
+  def.columns = usual.columns;
+  return def;
 }
 
 void DamagedMessages::PlanColumns(const jet::TableDef& to) {

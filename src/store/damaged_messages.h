@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/progress.h"
 #include "jet/row.h"
 #include "jet/row_draft.h"
 #include "jet/salvage.h"
@@ -22,10 +23,12 @@ class DamagedMessages {
   /// @param base  outlives this
   /// @param to    the table that messages are to go to; outlives this
   /// @throws Error 3265 when the base has no such table, or nothing tells any more where it is
-  DamagedMessages(const jet::SalvagedBase& base, const jet::TableDef& to);
+  DamagedMessages(const jet::SalvagedBase& base, const jet::TableDef& to, Progress& progress);
   DamagedMessages(const DamagedMessages&) = delete;
   DamagedMessages& operator=(const DamagedMessages&) = delete;
 
+  /// Has the user stopped the search for the table? Then nothing else may be asked.
+  bool stopped() const { return stopped_; }
   const jet::TableDef& def() const { return def_; }
   /// Is anything of it from the table's own definition? Otherwise rows are taken to look as in a new base.
   bool knows_definition() const { return knows_definition_; }
@@ -48,13 +51,18 @@ class DamagedMessages {
     const jet::Column *from, *to;
   };
 
-  jet::TableDef FindDefinition(const jet::SalvagedBase& base, const jet::Catalog& catalog, const jet::TableDef& to);
+  jet::TableDef FindDefinition(const jet::SalvagedBase& base, const jet::Catalog& catalog, const jet::TableDef& to,
+                               Progress& progress);
+  std::optional<jet::TableDef> FindElsewhere(const jet::SalvagedBase& base, const jet::Catalog& catalog,
+                                             Progress& progress);
+  jet::TableDef WithUsualColumns(jet::TableDef def, const jet::TableDef& usual);
   void PlanColumns(const jet::TableDef& to);
   void NoteWhatStays(const jet::Catalog& catalog);
   jet::Value ReadValue(const jet::Row& row, const Carried& column, Message& message) const;
   jet::Value ReadMemo(const jet::Row& row, const jet::Column& column, Message& message) const;
 
   jet::Version version_;
+  bool stopped_ = false;
   bool knows_definition_ = true;
   std::vector<std::string> notes_;
   jet::TableDef def_;

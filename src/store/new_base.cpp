@@ -67,13 +67,18 @@ std::string ForumAndYear(std::string_view forum, const Clock& clock) {
 
 }  // namespace
 
-void CreateMessageBase(FileSystem& files, const std::string& path, const jet::NewBase& kind, const Clock& clock) {
+std::unique_ptr<jet::UnfinishedBase> BeginMessageBase(FileSystem& files, const std::string& path,
+                                                      const jet::NewBase& kind, const Clock& clock) {
   const jet::NewIndex indexes[] = {jet::PrimaryKey("PrimaryKey", {kКод}), {.name = "Вответ"_ru, .columns = {kВответ}}};
-  jet::CreateBase(files, path, kind, clock.Now(), [&](jet::CatalogWriter& catalog, const jet::Header& header) {
+  return jet::BeginBase(files, path, kind, clock.Now(), [&](jet::CatalogWriter& catalog, const jet::Header& header) {
     catalog.CreateTable("База"_ru, jet::DesignTable(header, kColumns, indexes), Properties());
     catalog.CreateQuery("БазаИндекс"_ru, kIndexQuery);
     catalog.CreateQuery("БазаЗапрос"_ru, kAllQuery);
   });
+}
+
+void CreateMessageBase(FileSystem& files, const std::string& path, const jet::NewBase& kind, const Clock& clock) {
+  BeginMessageBase(files, path, kind, clock)->PublishNew();
 }
 
 std::string ProposedBaseName(std::string_view forum, const Clock& clock) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,10 @@
 /// БазаИндекс and БазаЗапрос. Texts may be empty; nothing is required but Код.
 /// @throws FileError 75 when there is a file of that name
 void CreateMessageBase(FileSystem& files, const std::string& path, const jet::NewBase& kind, const Clock& clock);
+
+/// The same base before it has its name: for whoever fills it first.
+std::unique_ptr<jet::UnfinishedBase> BeginMessageBase(FileSystem& files, const std::string& path,
+                                                      const jet::NewBase& kind, const Clock& clock);
 
 /// A file name for a forum's new base, by which the forum is found again: "kdv_2024.mdb".
 /// @param forum  the forum's code

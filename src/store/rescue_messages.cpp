@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/cat.h"
 #include "base/error.h"
@@ -29,36 +30,62 @@ class Rescue {
       : progress_(progress),
         pages_(from.pages()),
         table_(to.OpenTable("База"_ru)),
-        messages_(from, table_.def()),
+        messages_(from, table_.def(), progress),
         transaction_(to.store()),
         writer_(transaction_, table_, to.PropertiesOf(table_)) {}
 
   RescueResult Run() {
-    jet::SalvageCursor cursor(pages_, messages_.def());
-    while (cursor.NextPage()) {
-      while (cursor.NextRow()) Save(cursor.row());
-      if (!progress_.Advance(static_cast<int>(kNearlyDone * cursor.page() / pages_.page_count()))) return {};
-    }
-    for (const std::uint32_t page : cursor.bad_pages()) AddDamagedPage(page);
+    if (messages_.stopped() || !SaveWholeOnes()) return {};
+    if (has_incomplete_ && !SaveTheOthers()) return {};
     transaction_.Commit();
-    CountLost(cursor.bad_rows() + nameless_);
+    CountLost();
     Finish();
     return std::move(result_);
   }
 
  private:
-  void Save(const jet::Row& row) {
+  /// @return false when the user stopped it
+  bool SaveWholeOnes() {
+    jet::SalvageCursor cursor(pages_, messages_.def());
+    while (cursor.NextPage()) {
+      while (cursor.NextRow()) SaveIfWhole(cursor.row());
+      if (!progress_.Advance(static_cast<int>(kNearlyDone * cursor.page() / pages_.page_count()))) return false;
+    }
+    for (const std::uint32_t page : cursor.bad_pages()) AddDamagedPage(page);
+    bad_rows_ += cursor.bad_rows();
+    return true;
+  }
+
+  /// What is whole comes first: of a number that occurs twice the damaged row may lie before the good one.
+  bool SaveTheOthers() {
+    jet::SalvageCursor cursor(pages_, messages_.def());
+    while (cursor.NextPage()) {
+      while (cursor.NextRow())
+        if (const auto message = messages_.Read(cursor.row())) Save(*message);
+      if (!progress_.Advance(static_cast<int>(kNearlyDone))) return false;
+    }
+    return true;
+  }
+
+  void SaveIfWhole(const jet::Row& row) {
     const std::optional<DamagedMessages::Message> message = messages_.Read(row);
     if (!message) {
-      ++nameless_;
+      ++bad_rows_;
       return AddDamagedPage(row.id().page);
     }
     AddDamagedPage(message->damaged_page);
-    if (saved_[static_cast<std::size_t>(message->number)]) return;
-    writer_.Insert(message->values);
-    saved_[static_cast<std::size_t>(message->number)] = true;
+    if (message->whole)
+      Save(*message);
+    else
+      has_incomplete_ = true;
+  }
+
+  void Save(const DamagedMessages::Message& message) {
+    if (saved_[static_cast<std::size_t>(message.number)]) return;
+    writer_.Insert(message.values);
+    saved_[static_cast<std::size_t>(message.number)] = true;
     ++result_.saved;
-    if (!message->whole) result_.in_part.push_back(message->number);
+    if (!message.whole) result_.in_part.push_back(message.number);
   }
 
   void AddDamagedPage(std::int64_t page) {
@@ -67,52 +94,55 @@ class Rescue {
   }
 
   /// The primary key knows every message by its number. Where it is damaged itself, the count that the table keeps
-  /// must do. @param bad_rows  that were met; some may have been deleted long ago
-  void CountLost(std::uint64_t bad_rows) {
-    const bool knows_numbers = CollectLostNumbers();
+  /// must do.
+  void CountLost() {
+    const std::optional<std::uint64_t> entries = CollectLostNumbers();
+    SortUnique(result_.lost_numbers);
     result_.lost = result_.lost_numbers.size();
-    if (knows_numbers) return;
-    result_.lost = std::max(result_.lost, bad_rows);
-    const std::uint64_t expected = messages_.knows_definition() ? ExpectedRows() : 0;
-    result_.lost_is_sure = expected >= result_.saved + result_.lost;
-    if (result_.lost_is_sure) result_.lost = expected - result_.saved;
+    if (entries && *entries >= result_.saved + result_.lost) return;
+    result_.lost = std::max(result_.lost, bad_rows_);
+    const std::optional<std::uint64_t> expected = ExpectedRows();
+    result_.lost_is_sure = expected && *expected >= result_.saved + result_.lost;
+    if (result_.lost_is_sure) result_.lost = *expected - result_.saved;
   }
 
-  /// @return false when the index does not tell them all
-  bool CollectLostNumbers() try {
+  /// @return how many numbers the index holds; none when it cannot be gone through to its end
+  std::optional<std::uint64_t> CollectLostNumbers() try {
     const jet::RealIndex* const index = messages_.def().IndexOn(messages_.number());
-    if (index == nullptr) return false;
+    if (index == nullptr) return std::nullopt;
     const jet::Table table(pages_, messages_.def());
-    std::uint64_t entries = 0;
-    for (jet::IndexCursor cursor = table.Walk(*index); cursor.Next(); ++entries) {
+    std::uint64_t numbers = 0;
+    std::int32_t last = 0;
+    for (jet::IndexCursor cursor = table.Walk(*index); cursor.Next();) {
       const std::optional<std::int32_t> number = jet::LongOfKey(cursor.key(), index->columns.front().ascending);
-      if (!number || *number < 1 || *number > kLargestNumber) return false;
+      if (!number || *number < 1 || *number > kLargestNumber) return std::nullopt;
+      if (std::exchange(last, *number) != *number) ++numbers;
       if (!saved_[static_cast<std::size_t>(*number)]) result_.lost_numbers.push_back(*number);
     }
-    return entries >= result_.saved + result_.lost_numbers.size();
-  } catch (const FormatError&) {
-    return false;
-  } catch (const FileError&) {
-    return false;
+    return numbers;
+  } catch (const Error&) {
+    return std::nullopt;
   }
 
-  std::uint64_t ExpectedRows() const try {
-    return jet::Table(pages_, messages_.def()).ExpectedRows();
+  std::optional<std::uint64_t> ExpectedRows() const try {
+    if (!messages_.knows_definition()) return std::nullopt;
+    const std::uint32_t rows = jet::Table(pages_, messages_.def()).ExpectedRows();
+    return rows <= kLargestNumber ? std::optional<std::uint64_t>(rows) : std::nullopt;  // there are no more numbers
   } catch (const Error&) {
-    return 0;
+    return std::nullopt;
+  }
+
+  template <typename Number>
+  static void SortUnique(std::vector<Number>& list) {
+    std::ranges::sort(list);
+    list.erase(std::unique(list.begin(), list.end()), list.end());
   }
 
   void Finish() {
     result_.notes = messages_.notes();
-    const auto sort = [](auto& list) {
-      std::ranges::sort(list);
-      list.erase(std::unique(list.begin(), list.end()), list.end());
-    };
-    sort(result_.lost_numbers);
-    sort(result_.in_part);
-    sort(result_.damaged_pages);
+    SortUnique(result_.in_part);
+    SortUnique(result_.damaged_pages);
     result_.complete = true;
-    progress_.Advance(100);
   }
 
   Progress& progress_;
@@ -122,7 +152,8 @@ class Rescue {
   jet::Transaction transaction_;
   jet::TableWriter writer_;
   std::vector<bool> saved_ = std::vector<bool>(kLargestNumber + 1);  // by number
-  std::uint64_t nameless_ = 0;                                       // rows without a number that a message can have
+  bool has_incomplete_ = false;
+  std::uint64_t bad_rows_ = 0;  // without a number that a message can have; some may have been deleted long ago
   RescueResult result_;
 };
 
@@ -132,31 +163,17 @@ jet::NewBase KindOf(const jet::Header& header) {
   return {header.version, russian ? jet::SortOrder::kRussian : jet::SortOrder::kGeneral};
 }
 
-void RemoveQuietly(FileSystem& files, const std::string& path) noexcept try {
-  if (files.Exists(path)) files.Remove(path);
-} catch (const FileError&) {
-  // What stays is a base without messages.
-}
-
-RescueResult Fill(FileSystem& files, const jet::SalvagedBase& from, const std::string& to, Progress& progress) {
-  jet::Database base = jet::Database::Open(files, to, jet::Access::kReadWrite);
-  return Rescue(from, base, progress).Run();
-}
-
 }  // namespace
 
 RescueResult RescueMessages(FileSystem& files, const std::string& damaged, const std::string& to, const Clock& clock,
                             Progress& progress) {
   const jet::SalvagedBase from(files, damaged);
-  CreateMessageBase(files, to, KindOf(from.header()), clock);
-  try {
-    RescueResult result = Fill(files, from, to, progress);
-    if (!result.complete) RemoveQuietly(files, to);
-    return result;
-  } catch (...) {
-    RemoveQuietly(files, to);
-    throw;
-  }
+  const auto unfinished = BeginMessageBase(files, to, KindOf(from.header()), clock);
+  RescueResult result = Rescue(from, unfinished->base(), progress).Run();
+  if (!result.complete) return result;
+  unfinished->PublishNew();
+  progress.Advance(100);
+  return result;
 }
 
 std::string ProposedRescuePath(const FileSystem& files, const std::string& damaged) {

@@ -40,8 +40,11 @@ std::string RescueSummary(const RescueResult& result) {
 
 std::vector<std::string> RescueDetails(const RescueResult& result) {
   std::vector<std::string> lines;
-  if (!result.lost_numbers.empty())
-    lines.push_back(Cat("Потеряны сообщения с номерами: "_ru, Ranges(result.lost_numbers)));
+  if (!result.lost_numbers.empty()) {
+    const bool all = result.lost_is_sure && result.lost == result.lost_numbers.size();
+    lines.push_back(Cat(all ? "Потеряны сообщения с номерами: "_ru : "Среди потерянных сообщения с номерами: "_ru,
+                        Ranges(result.lost_numbers)));
+  }
   if (!result.in_part.empty())
     lines.push_back(Cat("Спасены не полностью сообщения с номерами: "_ru, Ranges(result.in_part)));
   if (!result.damaged_pages.empty())

@@ -3,144 +3,33 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <map>
-#include <random>
-#include <set>
 
-#include "base/ru_literal.h"
-#include "jet/faults.h"
+#include "jet/salvage_cursor.h"
 #include "jet/table_design.h"
-#include "jet/table_writer.h"
-#include "store/damaged_messages.h"
-#include "store/new_base.h"
 #include "store/rescue_report.h"
+#include "store/rescue_stage.h"
 #include "support/error_of.h"
-#include "support/faulty_file.h"
-#include "support/fixed_clock.h"
-#include "support/message_generator.h"
 
 namespace {
 
-using jet::Version;
-using Fields = std::vector<jet::Value>;
-using Messages = std::map<int, Fields>;
+using namespace rescue_stage;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::string kOld = "kdv.mdb", kNew = "kdv_rescued.mdb", kJournal = "-journal";
-const FixedClock kClock{2024, 3, 15};
 constexpr std::string_view kNoDefinition = "Определение таблицы База"_ru, kNoCatalog = "Список таблиц"_ru,
-                           kCut = "посреди страницы"_ru;
-constexpr std::size_t kBody = 6;  // place of the column Текст
-
-jet::Database Open(FileSystem& files, const std::string& path) {
-  return jet::Database::Open(files, path, jet::Access::kRead);
-}
-
-Fields FieldsOf(const jet::Table& table, const jet::Row& row) {
-  Fields fields;
-  for (const jet::Column& column : table.def().columns) fields.push_back(row.Get(column));
-  return fields;
-}
-
-Messages MessagesOf(jet::Database base) {
-  const jet::Table table = base.OpenTable("База"_ru);
-  Messages messages;
-  for (jet::TableCursor cursor = table.Scan(); cursor.Next();)
-    messages[cursor.row().Int(table.def().columns[0])] = FieldsOf(table, cursor.row());
-  return messages;
-}
-
-std::set<std::string> FaultsOf(jet::Database base) { return jet::FaultsOf(base); }
-
-/// Puts messages into an empty base in no order; bodies of all kinds, Nulls, rows that have moved, and deleted ones.
-void Fill(jet::Database base, int count, int first = 1) {
-  const jet::Table table = base.OpenTable("База"_ru);
-  jet::Transaction transaction(base.store());
-  jet::TableWriter writer(transaction, table, base.PropertiesOf(table));
-  using Values = std::vector<jet::Assignment>;
-  const auto column = [&](std::size_t place) { return &table.def().columns[place]; };
-  MessageGenerator messages(7);
-  std::vector<jet::RowId> rows;
-  for (int i = 0; i < count; ++i) {
-    const MessageRecord message = messages.Next();
-    const std::string body = message.Текст + std::string(i % 20 == 0 ? 9000 : (i % 3 == 0 ? 700 : 0), 'x');
-    rows.push_back(writer.Insert(Values{{column(0), first + i * 7 % count}, {column(1), message.Вответ}}));
-    writer.Update(rows.back(), Values{{column(3), *message.Дата}, {column(4), message.Автор}, {column(kBody), body}});
-    if (i % 30 == 29) writer.Delete(rows.back());
-  }
-  for (int i = 0; i < count; i += 9) writer.Update(rows[std::size_t(i)], Values{{column(2), std::string(200, 'z')}});
-  transaction.Commit();
-}
+                           kCut = "посреди страницы"_ru, kNoHeader = "Начало файла"_ru, kMisnamed = "похожей на неё"_ru;
 
 class Stopping : public Progress {
  public:
-  bool Advance(int percent) override { return percent < 40; }
+  explicit Stopping(int at) : at_(at) {}
+  bool Advance(int percent) override { return percent < at_; }
+
+ private:
+  int at_;
 };
 
-class Rescuing : public testing::TestWithParam<Version> {
- protected:
-  void Make(int count) {
-    CreateMessageBase(disk, kOld, {GetParam()}, kClock);
-    Fill(jet::Database::Open(disk, kOld, jet::Access::kReadWrite), count);
-    def = Open(disk, kOld).OpenTable("База"_ru).def();
-    messages = MessagesOf(Open(disk, kOld));
-    good = disk.Content(kOld);
-  }
-  RescueResult Rescue(FileSystem& files) { return RescueMessages(files, kOld, kNew, kClock, nobody); }
-
-  /// One of the pages of a kind that belong to `owner`: the middle one, or the one before all others.
-  std::uint32_t PageOf(unsigned kind, std::uint32_t owner, double place = 0.5) const {
-    std::vector<std::uint32_t> found;
-    for (std::size_t at = 0; at < good.size(); at += layout.page_size)
-      if (LoadU8(AsBytes(good), at) == kind && LoadU32(AsBytes(good), at + jet::kOwnerAt) == owner)
-        found.push_back(static_cast<std::uint32_t>(at / layout.page_size));
-    return found.at(static_cast<std::size_t>(place * static_cast<double>(found.size())));
-  }
-  std::string With(std::size_t at, std::string_view bytes) const {
-    return std::string(good).replace(at, bytes.size(), bytes);
-  }
-  std::string Zeroed(std::size_t page) const {
-    return With(page * layout.page_size, std::string(layout.page_size, '\0'));
-  }
-  std::string Random(std::size_t page) const {
-    std::mt19937 random(11);
-    std::string content(layout.page_size, '\0');
-    for (char& byte : content) byte = static_cast<char>(random());
-    return With(page * layout.page_size, content);
-  }
-  /// The rows of the damaged file that its indexes lead to and that can be read whole.
-  Messages StillReadable(const std::string& image) const {
-    const jet::PageFile whole(std::make_unique<MemoryFile>(good), layout),
-        file(std::make_unique<MemoryFile>(image.substr(0, image.size() / layout.page_size * layout.page_size)), layout);
-    Messages readable;
-    for (jet::TableCursor cursor(whole, def); cursor.Next();) try {
-        const jet::Table table(file, def);
-        const Fields fields = FieldsOf(table, table.Read(cursor.row().id()));
-        readable[std::get<std::int32_t>(fields[0])] = fields;
-      } catch (const FormatError&) {
-      }
-    return readable;
-  }
-  /// A message that is not whole says so; what it holds is true.
-  static bool IsBeginning(Fields saved, Fields original) {
-    const std::string mark(IncompleteMessageMark()), body = std::get<std::string>(saved[kBody]);
-    const std::string kept = body.substr(0, body.size() - std::min(body.size(), mark.size()));
-    const bool is_true = std::get<std::string>(original[kBody]).starts_with(kept.substr(0, kept.find_last_of('<')));
-    saved[kBody] = original[kBody] = {};
-    return body == kept + mark && is_true && saved == original;
-  }
-
-  const jet::Layout& layout = jet::LayoutOf(GetParam());
-  FaultyFileSystem disk;
-  NoProgress nobody;
-  jet::TableDef def;
-  Messages messages;
-  std::string good;
-};
 INSTANTIATE_TEST_SUITE_P(Both, Rescuing, testing::Values(Version::kJet3, Version::kJet4),
                          [](const auto& tested) { return tested.param == Version::kJet3 ? "Jet3" : "Jet4"; });
 
@@ -151,9 +40,11 @@ TEST_P(Rescuing, LosesOnlyWhatIsDamagedAndCountsIt) {
                       leaf = PageOf(jet::page_kind::kIndexLeaf, def.page),
                       body = PageOf(jet::page_kind::kData, jet::kLongValueOwner), root = def.real_indexes[0].root,
                       catalog = PageOf(jet::page_kind::kData, jet::kCatalogPage);
-  const std::string other = good.substr(PageOf(jet::page_kind::kData, def.page, 0) * size, size);
+  const std::string other = good.substr(PagesOf(jet::page_kind::kData, def.page).at(0) * size, size);
   const jet::TableDef objects = Open(disk, kOld).OpenTableAt(jet::kCatalogPage).def();
   const std::size_t author = good.find(jet::StoredName(GetParam(), "Автор"_ru), def.page * size);
+  const std::size_t name = good.rfind(jet::StoredName(GetParam(), "База"_ru), catalog * size + size);
+  const std::size_t slots = data * size + layout.data_page.row_count;
   ASSERT_NE(leaf, root);
   const struct {
     std::string_view what;
@@ -166,6 +57,10 @@ TEST_P(Rescuing, LosesOnlyWhatIsDamagedAndCountsIt) {
       {"data page zeroed", Zeroed(data), true, false, data},
       {"data page random", Random(data), true, false, data},
       {"row outside", With(data * size + layout.data_page.row_table + 4, "\xFF\x1F"), true, false, data},
+      {"impossible count of rows", With(slots, "\xFF")},
+      {"too small a count of rows", With(slots, "\x02")},
+      {"head of the file zeroed", Zeroed(0), false, false, 0, kNoHeader},
+      {"table misnamed", With(name, "X"), false, false, 0, kMisnamed},
       {"data page written twice", With(data * size, other), true},
       {"index leaf zeroed", Zeroed(leaf)},
       {"index root zeroed", Zeroed(root)},
@@ -208,19 +103,96 @@ TEST_P(Rescuing, LosesOnlyWhatIsDamagedAndCountsIt) {
   }
 }
 
-// Other rows or an Error, and what is saved is a sound base.
+// None of these pages holds a message. What looks like a password counts as one.
+TEST_P(Rescuing, OneByteOfTheHeadOrOfADefinitionCostsNoMessage) {
+  Make(12);
+  const auto length = [&](std::size_t page) {
+    return LoadU32(AsBytes(good), page * layout.page_size + jet::kDefinitionLengthAt);
+  };
+  const std::pair<std::size_t, std::size_t> parts[] = {
+      {0, jet::kHeaderSize}, {jet::kCatalogPage, length(jet::kCatalogPage)}, {def.page, length(def.page)}};
+  std::size_t refused = 0;
+  for (const auto& [page, end] : parts)
+    for (std::size_t at = page * layout.page_size; at < page * layout.page_size + end; ++at) {
+      FaultyFileSystem files(kOld, With(at, std::string(1, static_cast<char>(good[at] ^ (at % 2 == 0 ? 0x01 : 0xFF)))));
+      try {
+        EXPECT_EQ(Rescue(files).in_part.size(), 0u) << page << '+' << at % layout.page_size;
+        EXPECT_TRUE(MessagesOf(Open(files, kNew)) == messages) << page << '+' << at % layout.page_size;
+      } catch (const Error& error) {
+        ++refused;
+        EXPECT_THAT(error.what(), HasSubstr("паролем"_ru)) << page << '+' << at % layout.page_size;
+      }
+    }
+  EXPECT_LE(refused, 2u);
+}
+
+TEST_P(Rescuing, CountsWhatIsLostAsFarAsAnythingTells) {
+  Make(900);
+  for (const std::uint32_t page : PagesOf(jet::page_kind::kData, def.page)) good = Zeroed(page);
+  const auto details = [this](const std::string& image, bool sure) {
+    FaultyFileSystem files(kOld, image);
+    const RescueResult result = Rescue(files);
+    EXPECT_TRUE(result.HasLosses() && result.saved == 0);
+    EXPECT_TRUE(sure ? result.lost_is_sure && result.lost == messages.size() : !result.lost_is_sure);
+    return RescueDetails(result);
+  };
+  EXPECT_THAT(details(good, true), Contains(HasSubstr("Потеряны сообщения с номерами: "_ru)));
+  EXPECT_THAT(details(Zeroed(def.page), false), Contains(HasSubstr(kNoDefinition)));
+  bool has_some = false;
+  for (const std::uint32_t leaf : PagesOf(jet::page_kind::kIndexLeaf, def.page))
+    has_some |= testing::Value(details(Zeroed(leaf), true), Contains(HasSubstr("Среди потерянных "_ru)));
+  EXPECT_TRUE(has_some);
+}
+
+// Another page's rows lie where a page was, and are damaged there.
+TEST_P(Rescuing, OfTwoRowsOfANumberTheWholeOneIsTaken) {
+  Make(200);
+  const auto pages = PagesOf(jet::page_kind::kData, def.page);
+  const std::size_t size = layout.page_size, from = pages.at(2) * size, to = pages.at(1) * size;
+  std::string image = With(to, good.substr(from, size));
+  const jet::PageFile file(std::make_unique<MemoryFile>(image), layout);
+  std::vector<int> numbers;
+  for (jet::TableCursor cursor(file, def); cursor.Next();) {
+    const std::string head(AsText(cursor.row().Stored(def.columns[kBody])));
+    if (cursor.row().id().page != pages[1] || head.size() < 4) continue;
+    if (const std::size_t at = image.find(head, to); at < to + size) image[at + 3] = 0x20;  // no kind of long value
+    numbers.push_back(cursor.row().Int(def.columns[0]));
+  }
+  ASSERT_FALSE(numbers.empty());
+  FaultyFileSystem files(kOld, image);
+  EXPECT_THAT(Rescue(files).damaged_pages, Contains(pages[1]));
+  const Messages saved = MessagesOf(Open(files, kNew));
+  for (const int number : numbers) EXPECT_TRUE(saved.at(number) == messages.at(number)) << number;
+}
+
+// Other rows or an Error, and what is saved is a sound base; the messages of untouched pages are what they were.
 TEST_P(Rescuing, AnyByteMayLie) {
   Make(25);
+  std::map<int, std::uint32_t> page_of;
+  const jet::PageFile file(std::make_unique<MemoryFile>(good), layout);
+  for (jet::SalvageCursor cursor(file, def); cursor.NextPage();)
+    while (cursor.NextRow()) page_of[cursor.row().Int(def.columns[0])] = cursor.page();
+  const auto bodies = PagesOf(jet::page_kind::kData, jet::kLongValueOwner);
   std::mt19937 random(3);
   int rescued = 0;
   for (int copy = 0; copy < 300; ++copy) {
     std::string image = good;
-    for (int flips = 0; flips < 1 + copy % 30; ++flips)
-      image[random() % image.size()] ^= static_cast<char>(1 + random() % 255);
+    std::set<std::uint32_t> hit;
+    for (int flips = 0; flips < 1 + copy % 30; ++flips) {
+      const std::size_t at = random() % image.size();
+      image[at] ^= static_cast<char>(1 + random() % 255);
+      hit.insert(static_cast<std::uint32_t>(at / layout.page_size));
+    }
+    const bool bodies_hit = std::ranges::any_of(bodies, [&](std::uint32_t page) { return hit.contains(page); });
     FaultyFileSystem files(kOld, image);
     try {
       const RescueResult result = Rescue(files);
-      EXPECT_EQ(result.saved, MessagesOf(Open(files, kNew)).size()) << copy;
+      const Messages saved = MessagesOf(Open(files, kNew));
+      EXPECT_EQ(result.saved, saved.size()) << copy;
+      for (const auto& [number, fields] : saved)
+        EXPECT_TRUE(bodies_hit || hit.contains(page_of[number]) || page_of[number] == 0 ||
+                    std::ranges::binary_search(result.in_part, number) || fields == messages.at(number))
+            << copy << ": " << number;
       EXPECT_THAT(FaultsOf(Open(files, kNew)), IsEmpty()) << copy;
       ++rescued;
     } catch (const Error&) {
@@ -233,9 +205,12 @@ TEST_P(Rescuing, AnyByteMayLie) {
 
 TEST_P(Rescuing, LeavesNoFileWhenItIsStoppedAndOverwritesNone) {
   Make(100);
-  Stopping user;
-  EXPECT_FALSE(RescueMessages(disk, kOld, kNew, kClock, user).complete);
-  EXPECT_FALSE(disk.Exists(kNew) || disk.Exists(kNew + ".new") || disk.Exists(kNew + kJournal));
+  for (const int percent : {0, 40}) {  // the table is still looked for; its rows are being read
+    disk.SetContent(kOld, percent == 0 ? Zeroed(def.page) : good);
+    Stopping user(percent);
+    EXPECT_FALSE(RescueMessages(disk, kOld, kNew, kClock, user).complete);
+    EXPECT_FALSE(disk.Exists(kNew) || disk.Exists(kUnfinished) || disk.Exists(kUnfinished + kJournal));
+  }
   disk.SetContent(kNew, "somebody's");
   EXPECT_EQ(ErrorOf([&] { Rescue(disk); }), error_number::kNoAccess);
   EXPECT_EQ(disk.Content(kNew), "somebody's");
@@ -256,13 +231,32 @@ TEST_P(Rescuing, AFullDiskLeavesNoHalfFile) {
     const std::string& what = counting.log()[operation - 1];
     try {
       Rescue(files);
-      EXPECT_EQ(MessagesOf(Open(files, kNew)), messages) << what;
+      EXPECT_TRUE(MessagesOf(Open(files, kNew)) == messages) << what;
     } catch (const FileError&) {
-      // A name that may not last is left to a base without messages.
-      EXPECT_TRUE(!files.Exists(kNew) || (what == "sync folder" && MessagesOf(Open(files, kNew)).empty())) << what;
-      EXPECT_FALSE(files.Exists(kNew + ".new") || files.Exists(kNew + kJournal)) << what;
+      // A name that may not last belongs to a whole base.
+      EXPECT_TRUE(!files.Exists(kNew) || (what == "sync folder" && MessagesOf(Open(files, kNew)) == messages)) << what;
+      EXPECT_FALSE(files.Exists(kUnfinished) || files.Exists(kUnfinished + kJournal)) << what;
     }
     EXPECT_TRUE(files.Content(kOld) == good) << what;
+  }
+}
+
+TEST_P(Rescuing, AKillLeavesNoBaseThatLacksMessages) {
+  Make(40);
+  FaultyFileSystem counting(kOld, good);
+  Rescue(counting);
+  for (std::uint64_t operation = 1; operation <= counting.operations(); ++operation) {
+    FaultyFileSystem dying(kOld, good);
+    dying.FailAt(operation, FaultyFileSystem::Fault::kPowerCut);
+    ErrorOf([&] { Rescue(dying); });
+    const auto files = dying.AfterKill();
+    const std::string& what = counting.log()[operation - 1];
+    if (files->Content(kNew).empty()) {
+      if (files->Exists(kNew)) files->Remove(kNew);  // its name is all that it has got
+      Rescue(*files);
+      EXPECT_FALSE(files->Exists(kUnfinished) || files->Exists(kUnfinished + kJournal)) << what;
+    }
+    EXPECT_TRUE(MessagesOf(Open(*files, kNew)) == messages) << what;
   }
 }
 
@@ -284,10 +278,15 @@ TEST_P(Rescuing, AWaitingJournalIsLeftAlone) {
 
 TEST(RescuingSamples, TheyComeOverRowForRow) {
   if (!std::filesystem::exists(FORUM_SAMPLES)) GTEST_SKIP() << "no sample bases at " << FORUM_SAMPLES;
-  for (const std::string name : {"kdv_2002", "moysha_2001", "ptrv_2002"}) {
+  for (const std::string name :
+       {"kdv_2002", "moysha_2001", "ptrv_2002", "refuse_password_2000", "refuse_password_2003"}) {
     DiskFileSystem real;
     FaultyFileSystem disk(kOld, ReadWholeFile(real, std::string(FORUM_SAMPLES) + "/" + name + ".mdb", 1u << 30));
     NoProgress nobody;
+    if (name.starts_with("refuse")) {
+      EXPECT_EQ(ErrorOf([&] { RescueMessages(disk, kOld, kNew, kClock, nobody); }), error_number::kNotABase) << name;
+      continue;
+    }
     EXPECT_FALSE(RescueMessages(disk, kOld, kNew, kClock, nobody).HasLosses()) << name;
     EXPECT_TRUE(MessagesOf(Open(disk, kNew)) == MessagesOf(Open(disk, kOld))) << name;
     EXPECT_THAT(FaultsOf(Open(disk, kNew)), IsEmpty()) << name;

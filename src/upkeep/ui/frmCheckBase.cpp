@@ -1,6 +1,10 @@
 #include "upkeep/ui/frmCheckBase.h"
 
+#include <string_view>
+#include <vector>
+
 #include "base/error.h"
+#include "config/forum_list.h"
 #include "config/paths.h"
 #include "jet/check.h"
 #include "jet/database.h"
@@ -8,6 +12,7 @@
 #include "store/rescue_report.h"
 #include "ui/controls.h"
 #include "ui/text.h"
+#include "upkeep/ui/new_base_name.h"
 
 namespace {
 
@@ -57,22 +62,35 @@ frmCheckBase::frmCheckBase(const UpkeepNeeds& needs, const std::string& base, QW
                [this](Progress& progress) { return Check(progress); });
 }
 
-// A check that ends in an error has found damage too.
+// What contradicts the format, or is no base at all, is damage too; a file that is locked or missing is not.
 WorkReport frmCheckBase::Check(Progress& progress) try {
   jet::Database database = jet::Database::Open(needs_.files, base_, jet::Access::kRead);
   const jet::CheckResult result = jet::Check(database, progress);
   cmdRescue_->setVisible(result.errors > 0);
   return ReportOf(result);
-} catch (const Error&) {
-  cmdRescue_->show();
+} catch (const Error& error) {
+  cmdRescue_->setVisible(error.number() == error_number::kNotABase);
   throw;
 }
 
 void frmCheckBase::cmdRescue_Click() {
-  const auto to = needs_.dialogs.ChooseNewBase(this, ProposedRescuePath(needs_.files, base_));
-  if (!to) return;
-  Run(QStringLiteral("Спасаю сообщения в %1…").arg(QStringFromPath(*to)),
-      [&](Progress& progress) { return Rescue(*to, progress); });
+  const auto chosen = needs_.dialogs.ChooseNewBase(this, ProposedRescuePath(needs_.files, base_));
+  if (!chosen) return;
+  const std::string to = WithBaseExtension(*chosen);
+  if (const QString obstacle = Obstacle(to); !obstacle.isEmpty())
+    return needs_.dialogs.Tell(this, obstacle, BoxIcon::kWarning, windowTitle());
+  Run(QStringLiteral("Спасаю сообщения в %1…").arg(QStringFromPath(to)),
+      [&](Progress& progress) { return Rescue(to, progress); });
+}
+
+/// The new base must be of the damaged one's forum, if that has any.
+QString frmCheckBase::Obstacle(const std::string& to) const try {
+  const std::vector<std::string> forums = forum_list::ReadForumList(needs_.ini);
+  const std::size_t place = forum_list::ForumOfFile(forums, base_);
+  return ObstacleToNewBase(needs_.files, forums, place == forum_list::kUnknown ? std::string_view() : forums[place],
+                           to);
+} catch (const Error& error) {
+  return FromCp1251(error.what());
 }
 
 WorkReport frmCheckBase::Rescue(const std::string& to, Progress& progress) {

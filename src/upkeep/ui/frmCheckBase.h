@@ -18,6 +18,7 @@ class frmCheckBase : public WorkDialog {
 
  private:
   void cmdRescue_Click();
+  QString Obstacle(const std::string& to) const;
   WorkReport Check(Progress& progress);
   WorkReport Rescue(const std::string& to, Progress& progress);
 

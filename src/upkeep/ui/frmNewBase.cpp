@@ -15,10 +15,7 @@
 #include "ui/choice_lists.h"
 #include "ui/controls.h"
 #include "ui/text.h"
-
-namespace {
-const QString kExtension = QStringLiteral(".mdb");
-}
+#include "upkeep/ui/new_base_name.h"
 
 frmNewBase::frmNewBase(const UpkeepNeeds& needs, std::string_view forum, QWidget* parent)
     : QDialog(parent), needs_(needs) {
@@ -91,11 +88,10 @@ std::string frmNewBase::Forum() const { return ToCp1251(cmbForum_->currentData()
 
 /// A bare name stands for a file in the forum's folder.
 std::string frmNewBase::TypedPath() const {
-  QString path = txtFile_->text().trimmed();
-  if (path.isEmpty() || Forum().empty()) return {};
-  if (!path.endsWith(kExtension, Qt::CaseInsensitive)) path += kExtension;
-  if (QFileInfo(path).isRelative()) return paths::Join(needs_.ini.BaseFolder(Forum()), PathFromQString(path));
-  return PathFromQString(path);
+  const QString typed = txtFile_->text().trimmed();
+  if (typed.isEmpty() || Forum().empty()) return {};
+  const std::string path = WithBaseExtension(PathFromQString(typed));
+  return QFileInfo(typed).isRelative() ? paths::Join(needs_.ini.BaseFolder(Forum()), path) : path;
 }
 
 void frmNewBase::cmbForum_Click() {
@@ -107,23 +103,13 @@ void frmNewBase::cmbForum_Click() {
   ShowHint();
 }
 
-bool frmNewBase::NameTellsForum(const std::string& path) const {
-  const std::size_t place = forum_list::ForumOfFile(forums_, path);
-  return place != forum_list::kUnknown && forums_[place] == Forum();
-}
-
 /// Empty when a base can be made there.
 QString frmNewBase::Obstacle(const std::string& path) const {
   if (cmbForum_->count() == 0)
     return QStringLiteral("В файле forum.ini нет ни одного форума: он лежит в папке %1.")
         .arg(QStringFromPath(needs_.ini.ProgramFolder()));
   if (path.empty()) return QStringLiteral("Назовите файл новой базы.");
-  if (!NameTellsForum(path))
-    return QStringLiteral("Имя файла должно начинаться с «%1»: по нему программа узнаёт форум базы.")
-        .arg(FromCp1251(Forum()));
-  if (needs_.files.Exists(path))
-    return QStringLiteral("Такой файл уже есть. Назовите базу иначе: готовые базы не перезаписываются.");
-  return {};
+  return ObstacleToNewBase(needs_.files, forums_, Forum(), path);
 }
 
 void frmNewBase::ShowHint() {

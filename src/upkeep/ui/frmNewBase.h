@@ -32,7 +32,6 @@ class frmNewBase : public QDialog {
   std::string TypedPath() const;
   QString Obstacle(const std::string& path) const;
   void ShowHint();
-  bool NameTellsForum(const std::string& path) const;
   bool FolderIsThere(const std::string& path);
 
   void cmbForum_Click();

@@ -157,7 +157,11 @@ TEST_F(UpkeepWindows, ACheckSaysThatAllIsWellOrWhatIsWrong) {
   EXPECT_THAT(Details(window), StartsWith("Ошибка: "));
 
   const std::string whole = folder_ / "kdv_2024_rescued.mdb";
-  dialogs_.base = whole;
+  dialogs_.base = folder_ / "whole.mdb";
+  Click(window, "cmdRescue");
+  EXPECT_THAT(dialogs_.told.back().toStdString(), HasSubstr("должно начинаться с «kdv»"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "whole.mdb"));
+  dialogs_.base = folder_ / "kdv_2024_rescued";
   Click(window, "cmdRescue");
   EXPECT_EQ(dialogs_.base_start, whole);
   EXPECT_THAT(Status(window), testing::AllOf(StartsWith("Спасено сообщений: "), HasSubstr(whole)));
@@ -169,6 +173,9 @@ TEST_F(UpkeepWindows, ACheckSaysThatAllIsWellOrWhatIsWrong) {
 
 TEST_F(UpkeepWindows, AFileThatCannotBeCheckedCanStillBeRescued) {
   Fill(1, 40);
+  frmCheckBase missing(needs_, folder_ / "kdv_2023.mdb");
+  Show(missing);
+  EXPECT_TRUE(Find<QPushButton>(missing, "cmdRescue")->isHidden()) << Status(missing);
   const std::string bytes = folder_.Get("kdv_2024.mdb");
   folder_.Put("kdv_2024.mdb", bytes.substr(0, bytes.size() - 100));
   frmCheckBase window(needs_, path_);
