@@ -2,22 +2,11 @@
 
 #include "base/error.h"
 #include "base/ru_literal.h"
+#include "download/stored_fields.h"
 
 namespace {
-
 constexpr std::string_view kNumber = "Код"_ru;
-
-/// Sets a field that was kept.
-struct Setter {
-  QueryRecordset& records;
-  std::string_view field;
-
-  void operator()(const std::string& text) const { records.SetText(field, text); }
-  void operator()(std::int32_t number) const { records.SetNumber(field, number); }
-  void operator()(OleDate date) const { records.SetDate(field, date); }
-};
-
-}  // namespace
+}
 
 GroupedRecords::GroupedRecords(BatchedRecordset& records, Alarm& alarm, Told told)
     : records_(records), alarm_(alarm), told_(std::move(told)) {}
@@ -122,7 +111,8 @@ SettledRows GroupedRecords::StoreSingly(const std::vector<Row>& rows) {
 }
 
 void GroupedRecords::AddAgain(const Row& row) {
-  records_.AddNew();
-  for (const auto& [field, value] : row.fields) std::visit(Setter{records_, field}, value);
-  records_.Update();
+  StoredFields fields;
+  for (const auto& kept : row.fields)
+    std::visit([&](const auto& value) { fields.push_back({kept.first, value}); }, kept.second);
+  StoreRow(records_, fields);
 }

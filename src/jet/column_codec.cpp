@@ -104,6 +104,11 @@ std::size_t SizeOf(ColumnType type) {
   }
 }
 
+std::size_t FixedSizeOf(const Column& column) {
+  const std::size_t size = SizeOf(column.type);
+  return size != 0 ? size : column.length;
+}
+
 std::optional<Value> DecodeValue(Version version, const Column& column, Bytes stored) {
   const std::size_t size = SizeOf(column.type);
   if (size != 0 && stored.size() != size) return std::nullopt;

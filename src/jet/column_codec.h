@@ -25,6 +25,8 @@ bool IsText(ColumnType type);
 
 /// Bytes of every value of the type; 0 when they differ from value to value, and for Boolean.
 std::size_t SizeOf(ColumnType type);
+/// Bytes that a fixed column takes in a row; of a Boolean, which takes none, its length.
+std::size_t FixedSizeOf(const Column& column);
 
 /// Decodes the stored bytes of a value of any type but Boolean; of a long value all its data.
 /// @return none when the bytes are no value of that type

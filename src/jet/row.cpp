@@ -91,7 +91,7 @@ Bytes Row::Stored(const Column& column) const {
     return bytes_.subspan(begin, offsets_[column.variable_index + std::size_t{1}] - begin);
   }
   const std::size_t begin = file_->layout().row_number_size + column.fixed_offset;
-  const std::size_t size = SizeOf(column.type) != 0 ? SizeOf(column.type) : column.length;
+  const std::size_t size = FixedSizeOf(column);
   if (begin + size > fixed_end_) ThrowDamaged("Поле выходит за край строки"_ru);
   return bytes_.subspan(begin, size);
 }

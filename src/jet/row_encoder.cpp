@@ -13,11 +13,6 @@ namespace {
 
 constexpr std::size_t kLongestCompressedMemo = 1024;  // characters
 
-std::size_t FixedSizeOf(const Column& column) {
-  const std::size_t size = SizeOf(column.type);
-  return size != 0 ? size : column.length;
-}
-
 void AppendNumber(std::size_t number, std::size_t width, std::string& to) {
   for (std::size_t i = 0; i < width; ++i) to += static_cast<char>(static_cast<std::uint8_t>(number >> (8 * i)));
 }

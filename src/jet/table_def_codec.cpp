@@ -19,8 +19,6 @@ namespace {
 // Far more than as many columns and indexes as a table can have take, all with the longest names.
 constexpr std::size_t kLargestDefinition = 1u << 20;
 
-std::size_t FixedSizeOf(const Column& column) { return SizeOf(column.type) != 0 ? SizeOf(column.type) : column.length; }
-
 /// Do both claim one place of a row? Booleans have none.
 bool Overlap(const Column& a, const Column& b) {
   if (a.type == ColumnType::kBoolean || b.type == ColumnType::kBoolean || a.fixed != b.fixed) return false;

@@ -50,8 +50,8 @@ bool LeavesNoGap(const jet::TableDef& def) {
   std::size_t sum = 0, end = 0;
   for (const jet::Column& column : def.columns) {
     if (!column.fixed || column.type == ColumnType::kBoolean) continue;
-    sum += jet::SizeOf(column.type);
-    end = std::max(end, column.fixed_offset + jet::SizeOf(column.type));
+    sum += jet::FixedSizeOf(column);
+    end = std::max(end, column.fixed_offset + jet::FixedSizeOf(column));
   }
   return sum == end;
 }

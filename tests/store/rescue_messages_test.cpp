@@ -222,13 +222,7 @@ TEST_P(Rescuing, LeavesNoFileWhenItIsStoppedAndOverwritesNone) {
 }
 
 TEST_P(Rescuing, AFullDiskLeavesNoHalfFile) {
-  Make(40);
-  FaultyFileSystem counting(kOld, good);
-  Rescue(counting);
-  for (std::uint64_t operation = 1; operation <= counting.operations(); ++operation) {
-    FaultyFileSystem files(kOld, good);
-    files.FailAt(operation, FaultyFileSystem::Fault::kTear);
-    const std::string& what = counting.log()[operation - 1];
+  AtEachOperation(FaultyFileSystem::Fault::kTear, [&](FaultyFileSystem& files, const std::string& what) {
     try {
       Rescue(files);
       EXPECT_TRUE(MessagesOf(Open(files, kNew)) == messages) << what;
@@ -238,26 +232,20 @@ TEST_P(Rescuing, AFullDiskLeavesNoHalfFile) {
       EXPECT_FALSE(files.Exists(kUnfinished) || files.Exists(kUnfinished + kJournal)) << what;
     }
     EXPECT_TRUE(files.Content(kOld) == good) << what;
-  }
+  });
 }
 
 TEST_P(Rescuing, AKillLeavesNoBaseThatLacksMessages) {
-  Make(40);
-  FaultyFileSystem counting(kOld, good);
-  Rescue(counting);
-  for (std::uint64_t operation = 1; operation <= counting.operations(); ++operation) {
-    FaultyFileSystem dying(kOld, good);
-    dying.FailAt(operation, FaultyFileSystem::Fault::kPowerCut);
+  AtEachOperation(FaultyFileSystem::Fault::kPowerCut, [&](FaultyFileSystem& dying, const std::string& what) {
     ErrorOf([&] { Rescue(dying); });
     const auto files = dying.AfterKill();
-    const std::string& what = counting.log()[operation - 1];
     if (files->Content(kNew).empty()) {
       if (files->Exists(kNew)) files->Remove(kNew);  // its name is all that it has got
       Rescue(*files);
       EXPECT_FALSE(files->Exists(kUnfinished) || files->Exists(kUnfinished + kJournal)) << what;
     }
     EXPECT_TRUE(MessagesOf(Open(*files, kNew)) == messages) << what;
-  }
+  });
 }
 
 // A base that a crash left half written must be undone first; that would be writing.

@@ -81,6 +81,19 @@ class Rescuing : public testing::TestWithParam<Version> {
   }
   RescueResult Rescue(FileSystem& files) { return RescueMessages(files, kOld, kNew, kClock, nobody); }
 
+  /// Calls `rescue(files, operation)` for every disk operation of a rescue, on a disk where that one will fail.
+  template <typename Attempt>
+  void AtEachOperation(FaultyFileSystem::Fault fault, Attempt rescue) {
+    Make(40);
+    FaultyFileSystem counting(kOld, good);
+    Rescue(counting);
+    for (std::uint64_t operation = 1; operation <= counting.operations(); ++operation) {
+      FaultyFileSystem files(kOld, good);
+      files.FailAt(operation, fault);
+      rescue(files, counting.log()[operation - 1]);
+    }
+  }
+
   /// The pages of a kind that belong to `owner`.
   std::vector<std::uint32_t> PagesOf(unsigned kind, std::uint32_t owner) const {
     std::vector<std::uint32_t> found;
